@@ -1,0 +1,41 @@
+# How every target of the project is built.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_AUTOUIC_SEARCH_PATHS "")
+find_program(TOCKWISE_CCACHE ccache)
+if(TOCKWISE_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${TOCKWISE_CCACHE})
+endif()
+
+add_library(tockwise_options INTERFACE)
+target_compile_definitions(tockwise_options INTERFACE
+  QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+  QT_NO_FOREACH QT_STRICT_ITERATORS QT_DISABLE_DEPRECATED_BEFORE=0x060400
+  TOCKWISE_VERSION="${PROJECT_VERSION}")
+target_compile_options(tockwise_options INTERFACE -Wall -Wextra -Wpedantic
+  $<$<BOOL:${TOCKWISE_WARNINGS_AS_ERRORS}>:-Werror>)
+target_include_directories(tockwise_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+if(TOCKWISE_SANITIZE)
+  target_compile_options(tockwise_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(tockwise_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# tockwise_library(NAME SOURCES … [LINKS …] [PRIVATE_LINKS …] [FORMS])
+# A folder of src/ as the static library tockwise_NAME. Includes are written from src/:
+# #include "store/reminder_queue.h".
+function(tockwise_library name)
+  cmake_parse_arguments(ARG "MOC;FORMS" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  add_library(tockwise_${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(tockwise_${name} PUBLIC tockwise_options ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+  if(ARG_MOC)
+    set_target_properties(tockwise_${name} PROPERTIES AUTOMOC ON)
+  endif()
+  if(ARG_FORMS)
+    set_target_properties(tockwise_${name} PROPERTIES AUTOUIC ON)
+  endif()
+endfunction()

@@ -1,0 +1,107 @@
+// The preferences store: one binary property list that holds every setting and the whole queue.
+//
+// Reading sees a file that another process changed; writing is atomic (temporary file in the same
+// folder, fsync, rename, fsync of the folder; mode 0600 in a folder of mode 0700) and happens only
+// when something changed. docs/store-format.md describes the file.
+#pragma once
+
+#include "base/clock.h"
+#include "base/result.h"
+#include "store/settings.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+namespace tockwise {
+
+namespace plist {
+class Reader;
+class Writer;
+} // namespace plist
+
+/// Values that their owner keeps decoded and that the store only carries between it and the file
+/// (the sixteen columns of the queue and what is saved beside them).
+class StoreSection {
+ public:
+  virtual ~StoreSection() = default;
+  /// The keys that belong to this section; the store does not hold values of its own for them.
+  virtual QStringList keys() const = 0;
+  /// Counts changes since the section was made.
+  virtual quint64 revision() const = 0;
+  /// Takes the values of the section's keys from the file that reader has open. A key that the
+  /// file lacks reads as its registered default.
+  virtual void readFrom(const plist::Reader& reader) = 0;
+  /// Adds every key with its value to the root dictionary that writer is writing.
+  virtual void writeTo(plist::Writer& writer) const = 0;
+};
+
+/// What happened while the store was opened, for the user to be told.
+struct StoreNotice {
+  QString damagedKeptAs; // where an unreadable store was put aside, or ""
+  QString restoredFrom;  // the copy that was taken in its place, or ""
+  bool isEmpty() const { return damagedKeptAs.isEmpty(); }
+};
+
+/// Main thread. Holds the store's lock for its whole life; the lock dies with its holder.
+class PreferencesStore final : public Settings {
+ public:
+  struct Paths {
+    QString file;    // …/tockwise/com.quillstone.Tockwise.plist
+    QString backups; // folder of the copies kept of it
+    /// From XDG_CONFIG_HOME and XDG_STATE_HOME.
+    static Paths ofUser();
+  };
+
+  /// Takes the lock (Busy when another process holds it) and reads the file; a missing file is an
+  /// empty store. A file that cannot be read is put aside under a dated name and the newest good
+  /// copy of the backups taken; see notice(). Fails with Storage when the folder cannot be made
+  /// or the file cannot be opened for lack of permission.
+  static Result<std::unique_ptr<PreferencesStore>> open(const Paths& paths, const Clock& clock);
+  ~PreferencesStore() override;
+
+  /// Adds defaults: a missing key reads as this value.
+  void registerDefaults(std::map<QString, Value> defaults);
+  /// Attaches the section and reads it from the file as it was opened. At most one; before the
+  /// first synchronize().
+  void attach(StoreSection& section);
+
+  const StoreNotice& notice() const;
+  Paths paths() const;
+  /// Every key that was set, the section's included.
+  QStringList storedKeys() const;
+  /// The value that the file holds for a key of any kind, the section's included, as of the last
+  /// synchronize().
+  /// What stands under key when it is neither in the section nor set: the registered default.
+  Value value(const QString& key) const override;
+  bool isSet(const QString& key) const override;
+  void setValue(const QString& key, Value value) override;
+
+  /// Adopts what another process changed in the file (keys changed here since the last
+  /// synchronize() win; the section as a whole likewise) and writes what changed here, first
+  /// keeping a copy of the day's first state in the backups. A failed write leaves the old file
+  /// whole and is tried again at the next call; it is reported to onWriteFailure once until a
+  /// write succeeds again.
+  void synchronize() override;
+
+  /// Whether everything is on the disk.
+  bool isSaved() const;
+  /// Keeps a copy of the file as it is now in the backups, whatever the day; the last ten copies
+  /// are kept.
+  void backUpNow();
+
+  /// Called once when writing starts to fail (disk full, read-only folder, lost home).
+  std::function<void(const Error&)> onWriteFailure;
+  /// Called after another process's changes were adopted.
+  std::function<void()> onChangedByOthers;
+  /// Bytes written since the store was opened; for measurements.
+  qint64 bytesWritten() const;
+
+ private:
+  class Private;
+  explicit PreferencesStore(std::unique_ptr<Private> d);
+  std::unique_ptr<Private> d;
+};
+
+} // namespace tockwise
