@@ -1,7 +1,6 @@
 // The JSON forms of the command line and of D-Bus; docs/command-line.md describes them.
 #pragma once
 
-#include "menu/menu_item.h"
 #include "store/reminder.h"
 
 #include <QJsonArray>
@@ -12,8 +11,6 @@ namespace tockwise {
 /// The sixteen stored keys: dates as ISO 8601 UTC with fractions (the distant past as null), data
 /// as base64.
 QJsonObject reminderToJson(const Reminder& reminder);
-
-QJsonArray menuToJson(const std::vector<MenuItem>& items);
 
 /// One JSON value as UTF-8 text, indented.
 QString jsonText(const QJsonArray& array);

@@ -2,6 +2,7 @@
 
 #include "app/command_service.h"
 #include "app/json.h"
+#include "app/menu_source.h"
 #include "app/offline_order.h"
 
 #include <functional>
@@ -69,7 +70,7 @@ Result<QVariant> StoreBackend::call(const QString& method, const QVariantList& a
   if (const auto known = methods().find(method); known != methods().end())
     return known->second(*m_commands, arguments);
   if (method == u"Menu")
-    return QVariant(jsonText(menuToJson(currentMenu(*m_store, {}))));
+    return QVariant(jsonText(menuToJson(menuWithoutApplication(*m_store))));
   return Error{Error::Kind::Unavailable, QStringLiteral("Tockwise is not running")};
 }
 
