@@ -11,6 +11,7 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace tockwise {
@@ -51,26 +52,40 @@ class CanberraSoundPlayer::Worker {
 
  private:
   void run() {
-    while (const auto path = next())
-      playFile(*path);
-    // Calls the finish callbacks of what is still playing, so it comes before anything they use
-    // goes away.
-    if (m_context)
-      ca_context_destroy(m_context);
+    while (const auto path = next()) {
+      if (path->isEmpty())
+        closeContext();
+      else
+        playFile(*path);
+    }
+    closeContext();
     const std::lock_guard lock(m_mutex);
     m_ended = true;
     m_changed.notify_all();
   }
 
-  /// Waits for work; nothing at the end.
+  /// Waits for the next file to play. An empty name when everything has been played, nothing at
+  /// the end.
   std::optional<QByteArray> next() {
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_stopping || !m_waiting.empty(); });
+    m_changed.wait(lock, [this] {
+      return m_stopping || !m_waiting.empty() || (m_context && m_sounding == 0);
+    });
     if (m_stopping)
       return std::nullopt;
+    if (m_waiting.empty())
+      return QByteArray();
     QByteArray path = std::move(m_waiting.front());
     m_waiting.pop_front();
     return path;
+  }
+
+  /// The connection is not kept between sounds: it would cost wake-ups and memory, and a sound
+  /// server that comes later would not be found. Calls the finish callbacks of what still plays.
+  void closeContext() {
+    if (m_context)
+      ca_context_destroy(m_context);
+    m_context = nullptr;
   }
 
   void playFile(const QByteArray& path) {
@@ -110,7 +125,11 @@ class CanberraSoundPlayer::Worker {
   }
 
   void end(int error) {
-    --m_sounding;
+    {
+      const std::lock_guard lock(m_mutex);
+      --m_sounding;
+      m_changed.notify_all();
+    }
     const bool failed = error != CA_SUCCESS && error != CA_ERROR_CANCELED &&
                         error != CA_ERROR_DESTROYED;
     if (failed && !m_reported.exchange(true))

@@ -9,6 +9,7 @@ namespace tockwise {
 
 /// Main thread. The sound system is reached on a thread of its own, started with the first sound:
 /// starting the program costs nothing, and a sound server that does not answer holds up nothing.
+/// The connection to it is closed when all sounds have ended.
 /// At most kMostAtOnce sounds play at once; more are left out, since nobody could tell them apart.
 /// Destruction ends what is playing.
 class CanberraSoundPlayer final : public SoundPlayer {

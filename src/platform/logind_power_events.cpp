@@ -40,9 +40,8 @@ LogindPowerEvents::LogindPowerEvents(const QDBusConnection& bus, QObject* parent
           [this] { takeInhibitor(); });
   connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
           [this] { logindWent(); });
-  // Without the sender's name in the match, Qt would ask the bus for its owner and wait; the
-  // signal's path and interface are logind's own, and nobody else may send on the system bus.
-  m_bus.connect(QString(), kPath, kInterface, QStringLiteral("PrepareForSleep"), this,
+  // Any program may send a signal of that name; only logind's counts.
+  m_bus.connect(kService, kPath, kInterface, QStringLiteral("PrepareForSleep"), this,
                 SLOT(prepareForSleep(bool)));
   takeInhibitor();
 }
