@@ -7,11 +7,11 @@
 #include "alerts/quit_question.h"
 #include "alerts/remove_reminder.h"
 #include "app/command_service.h"
-#include "app/firing_link.h"
-#include "app/menu_source.h"
 #include "app/ports.h"
+#include "engine/firing.h"
 #include "engine/tick.h"
 #include "engine/tick_timer.h"
+#include "menu/menu_item.h"
 #include "menu/sort/queue_sort.h"
 #include "menu/ui/tray_controller.h"
 
@@ -23,26 +23,27 @@ namespace tockwise {
 enum class QuitMode { Ask, Omit };
 
 /// Main thread.
-class AppController final : public QObject {
+class AppController final : public QObject, private FiringActions {
   Q_OBJECT
  public:
   AppController(std::unique_ptr<ReminderStore> store, Ports ports, QObject* parent = nullptr);
   ~AppController() override;
 
-  /// Shows the status item and starts the tick; tells what happened to a damaged store.
+  /// Shows the status item, starts the tick, and tells what happened to a damaged store.
   void start();
 
   CommandService& commands() { return m_commands; }
-  std::vector<MenuItem> menuItems();
+  /// The status menu as it would be shown now.
+  std::vector<MenuItem> menuItems() const;
   QJsonArray alertsJson() const;
-  /// action: ok, again, delete, show, hide or ok-all; position: counted from 1, 0 for none given.
+  /// action: ok, again, delete, show, hide or ok-all; position: counted from 1, or 0 for the
+  /// oldest alert (show and hide: all of them).
   Result<void> alertCommand(const QString& action, int position);
-
-  /// What a chosen menu item asks for.
+  /// What a chosen menu item asks for; an action that is not available does nothing.
   void perform(const MenuActivation& activation);
   void showMenu();
 
-  /// Whether the program may end now, after its question.
+  /// Whether the program may end now, after its question. Runs the event loop while it is open.
   bool mayQuit(QuitMode mode);
   void quitNow();
 
@@ -53,11 +54,18 @@ class AppController final : public QObject {
   void alertClosed(const QString& reminderUUID);
 
  private:
+  void doTask(const Task& task) override;
+  void sendEmailWithSubject(const QString& subject, const QString& message) override;
+  bool sendEmailWithSubjectAndHTMLMessage(const QString& subject,
+                                          const QByteArray& RTFData) override;
+  void sendSMSWithSubject(const QString& subject, const QString& message) override;
+  void openAlert(const AlertRequest& request) override;
+  void fired(const QString& reminderUUID) override;
+
   void connectAll();
   void changed();
-  void afterTick();
+  void announce();
   void remindAgain(const RemindAgainRequest& request);
-  void changeClockIcon();
 
   std::unique_ptr<ReminderStore> m_store;
   Ports m_ports;
