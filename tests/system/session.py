@@ -55,7 +55,7 @@ class Session:
         self.bus = None
         self.system_bus = None
         self.application = None
-        self._processes = []
+        self._processes = {}  # process -> name of its log
         self._make_environment()
         try:
             if bus:
@@ -117,8 +117,15 @@ class Session:
                 [str(word) for word in words], env=environment or self.environment,
                 stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT,
                 preexec_fn=_die_with_parent, **options)
-        self._processes.append(process)
+        self._processes[process] = name
         return process
+
+    def end(self, name):
+        """Ends the process whose log has that name."""
+        for process, log in list(self._processes.items()):
+            if log == name and process.poll() is None:
+                process.terminate()
+                process.wait()
 
     def log(self, name="tockwise"):
         path = self.logs / f"{name}.log"
@@ -164,7 +171,8 @@ class Session:
             process = self.spawn("tint2", "-c", configuration)
             wait_for(lambda: self.desktop.selection_owner(TRAY_SELECTION), "the tray")
         else:
-            process = self.spawn("/usr/bin/python3", HERE / "status_notifier_host.py")
+            process = self.spawn("/usr/bin/python3", HERE / "status_notifier_host.py",
+                                 log="status_notifier_host")
             wait_for(lambda: self.bus.owner("org.kde.StatusNotifierWatcher"), "the tray")
         return process
 
@@ -244,9 +252,9 @@ class Session:
         for connection in (self.desktop, self.bus, self.system_bus):
             if connection:
                 connection.close()
-        for process in reversed(self._processes):
+        for process in reversed(list(self._processes)):
             process.terminate()
-        for process in reversed(self._processes):
+        for process in reversed(list(self._processes)):
             try:
                 process.wait(5)
             except subprocess.TimeoutExpired:
