@@ -1,0 +1,85 @@
+"""A private message bus and our connection to it."""
+
+import time
+from pathlib import Path
+
+import gi
+
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib  # noqa: E402
+
+CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>{kind}</type>
+  <listen>unix:path={socket}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+
+def write_configuration(folder, kind):
+    """The configuration file of a bus of that kind ("session" or "system") on which no service
+    can be activated; returns it and the bus's address."""
+    socket = Path(folder, f"{kind}-bus")
+    path = Path(folder, f"{kind}-bus.conf")
+    path.write_text(CONFIGURATION.format(kind=kind, socket=socket), encoding="utf-8")
+    return path, f"unix:path={socket}"
+
+
+class Bus:
+    def __init__(self, address):
+        flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+                 | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
+        self._connection = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
+
+    def close(self):
+        if not self._connection.is_closed():
+            self._connection.close_sync(None)
+
+    def call(self, name, path, interface, method, arguments=None, seconds=10):
+        """The unpacked results of the method; arguments is a GLib.Variant of a tuple."""
+        reply = self._connection.call_sync(name, path, interface, method, arguments, None,
+                                           Gio.DBusCallFlags.NO_AUTO_START, int(seconds * 1000),
+                                           None)
+        return reply.unpack()
+
+    def property(self, name, path, interface, key):
+        return self.call(name, path, "org.freedesktop.DBus.Properties", "Get",
+                         GLib.Variant("(ss)", (interface, key)))[0]
+
+    def owner(self, name):
+        """The unique name of the owner of name, or None."""
+        has = self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                        "NameHasOwner", GLib.Variant("(s)", (name,)))[0]
+        if not has:
+            return None
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                         "GetNameOwner", GLib.Variant("(s)", (name,)))[0]
+
+    def process_of(self, name):
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                         "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)))[0]
+
+    def emit(self, path, interface, signal, arguments):
+        self._connection.emit_signal(None, path, interface, signal, arguments)
+        self._connection.flush_sync(None)
+
+    def record(self, interface):
+        """A list to which every signal of the interface is appended, as (wall-clock time, name,
+        arguments), while wait_for() or watch_for() run."""
+        signals = []
+
+        def received(_connection, _sender, _path, _interface, name, parameters):
+            signals.append((time.time(), name, parameters.unpack()))
+
+        self._connection.signal_subscribe(None, interface, None, None, None,
+                                          Gio.DBusSignalFlags.NONE, received)
+        # Once the bus has answered something, it has also seen the subscription.
+        self.owner("org.freedesktop.DBus")
+        return signals

@@ -1,0 +1,114 @@
+"""What a person does on a display: look at windows, click, press keys."""
+
+from dataclasses import dataclass
+
+from Xlib import X, XK, Xatom, display, error
+from Xlib.ext import xtest
+
+
+@dataclass(frozen=True)
+class Window:
+    identifier: int
+    title: str
+    classes: tuple  # WM_CLASS
+    role: str
+    x: int  # of its upper left corner, on the screen
+    y: int
+    width: int
+    height: int
+    plain: bool  # without a window manager's frame: a menu, a tool tip
+
+    def belongs_to(self, name):
+        return any(name in each.lower() for each in self.classes)
+
+
+class Desktop:
+    def __init__(self, name):
+        self._display = display.Display(name)
+        self._root = self._display.screen().root
+
+    def close(self):
+        self._display.close()
+
+    def selection_owner(self, name):
+        """Whether somebody owns the selection."""
+        return self._display.get_selection_owner(self._display.intern_atom(name)) != X.NONE
+
+    def has_window_manager(self):
+        atom = self._display.intern_atom("_NET_SUPPORTING_WM_CHECK")
+        return self._root.get_full_property(atom, X.AnyPropertyType) is not None
+
+    def _text(self, window, name):
+        value = window.get_full_property(self._display.intern_atom(name), X.AnyPropertyType)
+        if value is None:
+            return ""
+        data = value.value
+        return data.decode("utf-8", "replace") if isinstance(data, bytes) else str(data)
+
+    def _describe(self, window):
+        geometry = window.get_geometry()
+        at = window.translate_coords(self._root, 0, 0)
+        return Window(
+            identifier=window.id,
+            title=self._text(window, "_NET_WM_NAME") or self._text(window, "WM_NAME"),
+            classes=tuple(window.get_wm_class() or ()),
+            role=self._text(window, "WM_WINDOW_ROLE"),
+            x=-at.x, y=-at.y, width=geometry.width, height=geometry.height,
+            plain=bool(window.get_attributes().override_redirect))
+
+    def windows(self, belonging_to="tockwise"):
+        """The visible windows of a program, lowest first."""
+        found = []
+
+        def visit(window):
+            try:
+                for child in window.query_tree().children:
+                    if child.get_attributes().map_state == X.IsUnmapped:
+                        continue
+                    if child.get_wm_class():
+                        if child.get_attributes().map_state == X.IsViewable:
+                            found.append(self._describe(child))
+                    else:
+                        visit(child)
+            except (error.BadWindow, error.BadDrawable):
+                pass  # it went while we looked
+
+        visit(self._root)
+        return [window for window in found if window.belongs_to(belonging_to)]
+
+    def window_titled(self, text, belonging_to="tockwise"):
+        """The topmost visible window whose title holds the text, or None."""
+        matching = [window for window in self.windows(belonging_to) if text in window.title]
+        return matching[-1] if matching else None
+
+    def click(self, x, y, button=1):
+        xtest.fake_input(self._display, X.MotionNotify, x=x, y=y)
+        xtest.fake_input(self._display, X.ButtonPress, button)
+        xtest.fake_input(self._display, X.ButtonRelease, button)
+        self._display.sync()
+
+    def press(self, key, *modifiers):
+        """Presses a key by its keysym name ("Return", "a"), with modifiers held ("Alt_L")."""
+        codes = [self._display.keysym_to_keycode(XK.string_to_keysym(name))
+                 for name in (*modifiers, key)]
+        for code in codes:
+            xtest.fake_input(self._display, X.KeyPress, code)
+        for code in reversed(codes):
+            xtest.fake_input(self._display, X.KeyRelease, code)
+        self._display.sync()
+
+    def activate(self, window):
+        """Gives the window the keyboard, as a click on a task bar does."""
+        from Xlib.protocol import event
+        message = event.ClientMessage(
+            window=window.identifier, client_type=self._display.intern_atom("_NET_ACTIVE_WINDOW"),
+            data=(32, [2, X.CurrentTime, 0, 0, 0]))
+        self._root.send_event(
+            message, event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
+        self._display.sync()
+
+    def active_window(self):
+        """The identifier of the window that has the keyboard, or 0."""
+        value = self._root.get_full_property(
+            self._display.intern_atom("_NET_ACTIVE_WINDOW"), Xatom.WINDOW)
+        return value.value[0] if value is not None and len(value.value) else 0

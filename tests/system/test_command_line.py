@@ -1,0 +1,50 @@
+#!/usr/bin/python3
+"""The command line on the store itself: no application runs, with and without a session bus."""
+
+from command_line_contract import Contract
+from harness import SystemTest, main
+
+
+class WithoutApplication(Contract, SystemTest):
+    SESSION = {"display": False}
+
+    def test_what_only_the_application_can_do_fails(self):
+        for words in (["quit"], ["quit", "--yes"], ["alerts", "ok"], ["alerts", "ok-all"],
+                      ["alerts", "show"]):
+            self.assertIn("not running", self.run_command(*words, status=1))
+
+    def test_no_command_starts_the_application(self):
+        self.add("Tea", "--in", "1 Hour")
+        self.run_command("list")
+        self.assertFalse(self.session.is_running())
+
+    def test_a_reminder_that_fell_due_is_listed_and_not_fired(self):
+        self.add("Tea", "--at", "2001-01-01 00:00")
+        self.assertEqual(self.reminders()[0]["reminderRecent"], 0)
+        self.assertIn("Expired", self.run_command("menu"))
+
+    def test_the_store_is_private(self):
+        self.add("Tea", "--in", "1 Hour")
+        self.assertEqual(self.session.store.stat().st_mode & 0o777, 0o600)
+        self.assertEqual(self.session.store.parent.stat().st_mode & 0o777, 0o700)
+
+    def test_reading_writes_nothing(self):
+        self.add("Tea", "--in", "1 Hour")
+        before = (self.session.store.stat().st_mtime_ns, self.session.store.read_bytes())
+        for words in (["list"], ["show", "1"], ["menu"], ["prefs", "list"]):
+            self.run_command(*words)
+        after = (self.session.store.stat().st_mtime_ns, self.session.store.read_bytes())
+        self.assertEqual(before, after)
+
+
+class WithoutBus(Contract, SystemTest):
+    SESSION = {"display": False, "bus": False}
+
+    def test_no_address_of_a_bus_at_all_does_not_matter(self):
+        environment = dict(self.session.environment)
+        del environment["DBUS_SESSION_BUS_ADDRESS"]
+        self.run_command("add", "Tea", "--in", "1 Hour", environment=environment)
+        self.assertEqual(self.texts(), ["Tea"])
+
+if __name__ == "__main__":
+    main()
