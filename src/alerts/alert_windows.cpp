@@ -2,8 +2,8 @@
 
 #include "alerts/alert_placement.h"
 
+#include <QApplication>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QPointer>
 #include <QScreen>
 #include <QTimer>
@@ -31,6 +31,19 @@ Question closeAllQuestion() {
 QScreen* screenWithPointer() {
   QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
   return screen ? screen : QGuiApplication::primaryScreen();
+}
+
+/// The questions and editors of ours that are on the screen.
+QList<QRect> openDialogs() {
+  QList<QRect> result;
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  for (const QWidget* window : windows) {
+    const bool isDialog = window->isVisible() && window->windowType() == Qt::Dialog &&
+                          !qobject_cast<const AlertWindowController*>(window);
+    if (isDialog)
+      result += window->frameGeometry();
+  }
+  return result;
 }
 
 Error noSuchAlert(qsizetype position) {
@@ -82,7 +95,7 @@ void AlertWindows::place(AlertWindowController& window) const {
     if (other.get() != &window && other->isVisible())
       others += other->frameGeometry();
   }
-  window.open(placeAlert(window.size() + QSize(0, kTitleBar), workArea, others));
+  window.open(placeAlert(window.size() + QSize(0, kTitleBar), workArea, others, openDialogs()));
 }
 
 void AlertWindows::keepLevels() {
