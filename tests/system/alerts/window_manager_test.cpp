@@ -34,7 +34,7 @@ QString output(const QString& program, const QStringList& arguments) {
   return QString::fromUtf8(process.readAllStandardOutput());
 }
 
-QString property(const QWidget& window, const char* name) {
+QString windowProperty(const QWidget& window, const char* name) {
   return output(QStringLiteral("xprop"), {QStringLiteral("-id"), QString::number(window.winId()),
                                           QString::fromLatin1(name)});
 }
@@ -78,9 +78,9 @@ class WindowManagerTest : public QObject {
     letter.activateWindow();
     QTRY_VERIFY(letter.isActiveWindow());
     AlertWindowController* alert = f.open(QStringLiteral("Tea"));
-    QTRY_VERIFY(property(*alert, "_NET_WM_STATE").contains(u"_NET_WM_STATE_ABOVE"));
-    QTRY_VERIFY(property(*alert, "_NET_WM_STATE").contains(u"DEMANDS_ATTENTION"));
-    QVERIFY(property(*alert, "_NET_WM_WINDOW_TYPE").contains(u"_NET_WM_WINDOW_TYPE_DIALOG"));
+    QTRY_VERIFY(windowProperty(*alert, "_NET_WM_STATE").contains(u"_NET_WM_STATE_ABOVE"));
+    QTRY_VERIFY(windowProperty(*alert, "_NET_WM_STATE").contains(u"DEMANDS_ATTENTION"));
+    QVERIFY(windowProperty(*alert, "_NET_WM_WINDOW_TYPE").contains(u"_NET_WM_WINDOW_TYPE_DIALOG"));
     letter.raise();
     QTRY_VERIFY(height(*alert) > height(letter));
   }
