@@ -51,8 +51,8 @@ QPalette alertPalette(const QPalette& desktop) {
   // Paper is the lighter of the two in a light theme; a dark theme's window colour is easier on
   // the eyes than its nearly black text fields.
   const QColor ground = isDark(desktop) ? window : base;
-  const QColor ink = isDark(desktop) ? desktop.color(QPalette::WindowText)
-                                     : desktop.color(QPalette::Text);
+  const QColor ink =
+      isDark(desktop) ? desktop.color(QPalette::WindowText) : desktop.color(QPalette::Text);
   palette.setColor(QPalette::Window, ground);
   palette.setColor(QPalette::Base, ground);
   palette.setColor(QPalette::WindowText, ink);

@@ -5,7 +5,7 @@
 namespace tockwise {
 namespace {
 
-constexpr int kStep = 36;        // a title bar and a little of what is below it
+constexpr int kStep = 36;         // a title bar and a little of what is below it
 constexpr int kMostCompared = 16; // bounds the work when a queue of alerts opens at once
 
 QPoint keptInside(QPoint corner, QSize size, const QRect& area) {
@@ -66,8 +66,8 @@ QList<QPoint> candidates(QPoint centre, QSize size, const QRect& area) {
 
 QPoint placeAlert(QSize size, const QRect& workArea, const QList<QRect>& alerts,
                   const QList<QRect>& clear) {
-  const QPoint centre = keptInside(
-      workArea.center() - QPoint(size.width() / 2, size.height() / 2), size, workArea);
+  const QPoint centre =
+      keptInside(workArea.center() - QPoint(size.width() / 2, size.height() / 2), size, workArea);
   const QList<QRect> compared = alerts.mid(std::max<qsizetype>(0, alerts.size() - kMostCompared));
   const QList<QPoint> places = candidates(centre, size, workArea);
   for (const bool keepClear : {true, false}) {

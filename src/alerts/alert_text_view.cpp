@@ -37,8 +37,8 @@ struct Link {
 qsizetype trimmedLength(const QString& address) {
   qsizetype length = address.size();
   while (length > 0 && QStringLiteral(".,;:!?'\")]}").contains(address[length - 1])) {
-    const bool closesItsOwn = address[length - 1] == u')' && address.left(length).count(u'(') >=
-                                                                 address.left(length).count(u')');
+    const bool closesItsOwn = address[length - 1] == u')' &&
+                              address.left(length).count(u'(') >= address.left(length).count(u')');
     if (closesItsOwn)
       break;
     --length;

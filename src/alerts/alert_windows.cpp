@@ -55,7 +55,10 @@ Error noSuchAlert(qsizetype position) {
 
 AlertWindows::AlertWindows(const ReminderQueue& queue, AlertSounds& sounds, Prompter& prompter,
                            UnarchiveText unarchive, QObject* parent)
-    : QObject(parent), m_queue(queue), m_sounds(sounds), m_prompter(prompter),
+    : QObject(parent),
+      m_queue(queue),
+      m_sounds(sounds),
+      m_prompter(prompter),
       m_unarchive(std::move(unarchive)) {}
 
 AlertWindows::~AlertWindows() {
@@ -95,7 +98,7 @@ void AlertWindows::place(AlertWindowController& window) const {
     if (other.get() != &window && other->isVisible())
       others += other->frameGeometry();
   }
-  window.open(placeAlert(window.size() + QSize(0, kTitleBar), workArea, others, openDialogs()));
+  window.present(placeAlert(window.size() + QSize(0, kTitleBar), workArea, others, openDialogs()));
 }
 
 void AlertWindows::keepLevels() {
@@ -174,8 +177,8 @@ void AlertWindows::remindAgainFrom(AlertWindowController* window) {
   if (window->isDismissed())
     return;
   const AlertRequest& alert = window->request();
-  const RemindAgainRequest request{alert.reminderType,  alert.reminder,       alert.RTFData,
-                                   window->smsState(),  window->emailState(), alert.reminderUUID};
+  const RemindAgainRequest request{alert.reminderType, alert.reminder,       alert.RTFData,
+                                   window->smsState(), window->emailState(), alert.reminderUUID};
   window->dismiss();
   const QPointer<AlertWindowController> guarded(window);
   Q_EMIT remindAgainRequested(request);

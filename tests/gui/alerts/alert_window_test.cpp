@@ -41,7 +41,7 @@ class OpenAlert {
   explicit OpenAlert(const AlertRequest& request, const UnarchiveText& unarchive = {})
       : controller(request, AlertLevel::ModalPanel, unarchive) {
     controller.fit(kScreen);
-    controller.open({10, 10});
+    controller.present({10, 10});
     controller.activateWindow();
   }
   template <typename T> T* find(const char* name) const {
@@ -189,8 +189,7 @@ class AlertWindowTest : public QObject {
     QSignalSpy ok(&alert.controller, &AlertWindowController::okChosen);
     QSignalSpy again(&alert.controller, &AlertWindowController::remindAgainChosen);
     QTRY_VERIFY(alert.takesKeys());
-    QTest::keyClick(alert.controller.windowHandle(), Qt::Key(key),
-                    Qt::KeyboardModifiers(modifier));
+    QTest::keyClick(alert.controller.windowHandle(), Qt::Key(key), Qt::KeyboardModifiers(modifier));
     QTRY_COMPARE(isAgain ? again.count() : ok.count(), 1);
     QCOMPARE(isAgain ? ok.count() : again.count(), 0);
   }
@@ -232,7 +231,8 @@ class AlertWindowTest : public QObject {
       auto* widget = alert.find<QWidget>(name);
       QVERIFY2(widget && !widget->accessibleName().isEmpty(), name);
     }
-    QAccessibleInterface* box = QAccessible::queryAccessibleInterface(alert.find<QWidget>("smsBox"));
+    QAccessibleInterface* box =
+        QAccessible::queryAccessibleInterface(alert.find<QWidget>("smsBox"));
     QCOMPARE(box->role(), QAccessible::CheckBox);
   }
 
@@ -322,6 +322,23 @@ class AlertWindowTest : public QObject {
     QVERIFY(alert.testAttribute(Qt::WA_ShowWithoutActivating));
     QCOMPARE(alert.windowModality(), Qt::NonModal);
     QCOMPARE(alert.level(), AlertLevel::MainMenu);
+  }
+
+  void theTitleTellsTheReminderInOneLine_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("short") << QStringLiteral("Tea") << QString::fromUtf8("Tea – Tockwise");
+    QTest::newRow("lines") << QStringLiteral("Tea\n and cake")
+                           << QString::fromUtf8("Tea and cake – Tockwise");
+    QTest::newRow("long") << QString(41, u'x')
+                          << QString(40, u'x') + QString::fromUtf8("... – Tockwise");
+    QTest::newRow("empty") << QString() << QStringLiteral("Tockwise");
+  }
+
+  void theTitleTellsTheReminderInOneLine() {
+    QFETCH(QString, text);
+    const AlertWindowController alert(alertOf(text), AlertLevel::ModalPanel, {});
+    QTEST(alert.windowTitle(), "title");
   }
 
   void hiddenAndBroughtBackItStandsWhereItStood() {

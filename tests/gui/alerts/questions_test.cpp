@@ -126,9 +126,7 @@ class QuestionsTest : public QObject {
     question.defaultButton = *static_cast<int*>(QTest::qData("defaultButton", QMetaType::Int));
     question.escapeButton = *static_cast<int*>(QTest::qData("escapeButton", QMetaType::Int));
     MessagePrompter prompter;
-    whenAsked(this, [&](QMessageBox* box) {
-      QTest::keyClick(box->windowHandle(), Qt::Key(key));
-    });
+    whenAsked(this, [&](QMessageBox* box) { QTest::keyClick(box->windowHandle(), Qt::Key(key)); });
     const int answer = prompter.ask(question);
     QTEST(answer, "answer");
   }

@@ -41,8 +41,9 @@ QString windowProperty(const QWidget& window, const char* name) {
 
 /// Position in the window manager's stack, the topmost highest; -1 when it is not in it.
 qsizetype height(const QWidget& window) {
-  const QString stack = output(QStringLiteral("xprop"), {QStringLiteral("-root"),
-                                                         QStringLiteral("_NET_CLIENT_LIST_STACKING")});
+  const QString stack =
+      output(QStringLiteral("xprop"),
+             {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST_STACKING")});
   return stack.indexOf(QStringLiteral("0x") + QString::number(window.winId(), 16));
 }
 

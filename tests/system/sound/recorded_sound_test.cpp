@@ -28,12 +28,13 @@ class RecordedLoudspeaker {
     qputenv("PULSE_RUNTIME_PATH", runtime.toUtf8());
     qputenv("PULSE_SERVER", (QStringLiteral("unix:") + socket).toUtf8());
     qputenv("CANBERRA_DRIVER", "pulse");
-    m_server.start(QStringLiteral("pulseaudio"),
-                   {QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
-                    QStringLiteral("--use-pid-file=no"), QStringLiteral("--exit-idle-time=-1"),
-                    QStringLiteral("-L"), QStringLiteral("module-null-sink sink_name=spk"),
-                    QStringLiteral("-L"),
-                    QStringLiteral("module-native-protocol-unix auth-anonymous=1 socket=") + socket});
+    m_server.start(
+        QStringLiteral("pulseaudio"),
+        {QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
+         QStringLiteral("--use-pid-file=no"), QStringLiteral("--exit-idle-time=-1"),
+         QStringLiteral("-L"), QStringLiteral("module-null-sink sink_name=spk"),
+         QStringLiteral("-L"),
+         QStringLiteral("module-native-protocol-unix auth-anonymous=1 socket=") + socket});
     m_started = m_server.waitForStarted() &&
                 QTest::qWaitFor([&] { return QFileInfo::exists(socket); }, 10000);
     m_recorder.start(QStringLiteral("parec"),
@@ -57,8 +58,8 @@ class RecordedLoudspeaker {
     collect();
     int peak = 0;
     for (qsizetype at = 0; at + 1 < m_recorded.size(); at += 2) {
-      const auto sample = qint16(quint16(uchar(m_recorded[at])) |
-                                 quint16(quint16(uchar(m_recorded[at + 1])) << 8));
+      const auto sample =
+          qint16(quint16(uchar(m_recorded[at])) | quint16(quint16(uchar(m_recorded[at + 1])) << 8));
       peak = std::max(peak, std::abs(int(sample)));
     }
     m_recorded.remove(0, m_recorded.size() & ~qsizetype(1));

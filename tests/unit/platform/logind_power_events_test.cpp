@@ -21,10 +21,10 @@ const QString kPath = QStringLiteral("/org/freedesktop/login1");
 class PrivateBus {
  public:
   PrivateBus() {
-    m_daemon.start(QStringLiteral("dbus-daemon"),
-                   {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                    QStringLiteral("--print-address"),
-                    QStringLiteral("--address=unix:path=") + m_folder.filePath(QStringLiteral("bus"))});
+    m_daemon.start(
+        QStringLiteral("dbus-daemon"),
+        {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+         QStringLiteral("--address=unix:path=") + m_folder.filePath(QStringLiteral("bus"))});
     m_daemon.waitForStarted();
     m_daemon.waitForReadyRead();
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_daemon.readLine().trimmed());
@@ -64,8 +64,9 @@ class FakeLogind : public QObject, protected QDBusContext {
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.login1.Manager")
  public:
   FakeLogind() {
-    m_connection.bus.registerObject(kPath, this, QDBusConnection::ExportScriptableSlots |
-                                                     QDBusConnection::ExportScriptableSignals);
+    m_connection.bus.registerObject(kPath, this,
+                                    QDBusConnection::ExportScriptableSlots |
+                                        QDBusConnection::ExportScriptableSignals);
     appear();
   }
   ~FakeLogind() override {
