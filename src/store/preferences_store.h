@@ -7,6 +7,8 @@
 
 #include "base/clock.h"
 #include "base/result.h"
+#include "store/plist_reader.h"
+#include "store/plist_writer.h"
 #include "store/settings.h"
 
 #include <QStringList>
@@ -16,25 +18,20 @@
 
 namespace tockwise {
 
-namespace plist {
-class Reader;
-class Writer;
-} // namespace plist
-
 /// Values that their owner keeps decoded and that the store only carries between it and the file
 /// (the sixteen columns of the queue and what is saved beside them).
 class StoreSection {
  public:
   virtual ~StoreSection() = default;
-  /// The keys that belong to this section; the store does not hold values of its own for them.
+  /// The keys that belong to this section; the store holds no values of its own for them.
   virtual QStringList keys() const = 0;
-  /// Counts changes since the section was made.
+  /// Counts changes. Called at each tick: cheap.
   virtual quint64 revision() const = 0;
-  /// Takes the values of the section's keys from the file that reader has open. A key that the
-  /// file lacks reads as its registered default.
+  /// Takes the values of the section's keys from the root dictionary of a file.
   virtual void readFrom(const plist::Reader& reader) = 0;
-  /// Adds every key with its value to the root dictionary that writer is writing.
-  virtual void writeTo(plist::Writer& writer) const = 0;
+  /// Adds every key with its value.
+  virtual void writeTo(plist::Writer& writer, std::vector<plist::Writer::Object>& keys,
+                       std::vector<plist::Writer::Object>& values) const = 0;
 };
 
 /// What happened while the store was opened, for the user to be told.
@@ -55,47 +52,45 @@ class PreferencesStore final : public Settings {
   };
 
   /// Takes the lock (Busy when another process holds it) and reads the file; a missing file is an
-  /// empty store. A file that cannot be read is put aside under a dated name and the newest good
-  /// copy of the backups taken; see notice(). Fails with Storage when the folder cannot be made
-  /// or the file cannot be opened for lack of permission.
+  /// empty store. A file that is no property list is put aside under a dated name and the newest
+  /// good copy of the backups taken; see notice(). Storage when the folder cannot be made or the
+  /// file cannot be read at all.
   static Result<std::unique_ptr<PreferencesStore>> open(const Paths& paths, const Clock& clock);
   ~PreferencesStore() override;
 
   /// Adds defaults: a missing key reads as this value.
   void registerDefaults(std::map<QString, Value> defaults);
-  /// Attaches the section and reads it from the file as it was opened. At most one; before the
-  /// first synchronize().
+  /// Takes the values of the file as it was opened: the section's keys go to the section, all
+  /// others are the store's. Once, right after open(). The section must outlive the store's last
+  /// synchronize().
   void attach(StoreSection& section);
 
   const StoreNotice& notice() const;
-  Paths paths() const;
-  /// Every key that was set, the section's included.
-  QStringList storedKeys() const;
-  /// The value that the file holds for a key of any kind, the section's included, as of the last
-  /// synchronize().
-  /// What stands under key when it is neither in the section nor set: the registered default.
+  const Paths& paths() const;
+  /// The section's keys read as null here: their owner has them.
   Value value(const QString& key) const override;
   bool isSet(const QString& key) const override;
   void setValue(const QString& key, Value value) override;
 
-  /// Adopts what another process changed in the file (keys changed here since the last
-  /// synchronize() win; the section as a whole likewise) and writes what changed here, first
-  /// keeping a copy of the day's first state in the backups. A failed write leaves the old file
-  /// whole and is tried again at the next call; it is reported to onWriteFailure once until a
-  /// write succeeds again.
+  /// Adopts what another process changed in the file (keys changed here since the last write win;
+  /// the section as a whole likewise, and then the other's file is kept in the backups), and
+  /// writes what changed here. A failed write leaves the old file whole, is tried again at the
+  /// next call, and is reported to onWriteFailure once until a write succeeds. When nothing
+  /// changed this costs one look at the file's state.
   void synchronize() override;
 
   /// Whether everything is on the disk.
   bool isSaved() const;
-  /// Keeps a copy of the file as it is now in the backups, whatever the day; the last ten copies
-  /// are kept.
-  void backUpNow();
+  /// Keeps a copy of the file as it is in the backups; returns its path, or "".
+  QString backUpNow();
+  /// The next write is made even when nothing changed.
+  void requireWrite();
 
-  /// Called once when writing starts to fail (disk full, read-only folder, lost home).
+  /// Called when writing starts to fail (disk full, read-only folder, lost home).
   std::function<void(const Error&)> onWriteFailure;
   /// Called after another process's changes were adopted.
   std::function<void()> onChangedByOthers;
-  /// Bytes written since the store was opened; for measurements.
+  /// Bytes written to the file since the store was opened; for measurements.
   qint64 bytesWritten() const;
 
  private:

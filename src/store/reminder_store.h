@@ -33,6 +33,7 @@ class ReminderStore {
   ReminderQueue& queue();
   const ReminderQueue& queue() const;
   RecentReminders& recentReminders();
+  const RecentReminders& recentReminders() const;
   PreferencesStore& preferences();
   const PreferencesStore& preferences() const;
   const LoadReport& loadReport() const;

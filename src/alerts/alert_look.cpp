@@ -1,0 +1,109 @@
+#include "alerts/alert_look.h"
+
+#include <cmath>
+
+namespace tockwise {
+namespace {
+
+double luminance(const QColor& color) {
+  const auto linear = [](double part) {
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+         0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b) {
+  const double light = std::max(luminance(a), luminance(b));
+  const double dark = std::min(luminance(a), luminance(b));
+  return (light + 0.05) / (dark + 0.05);
+}
+
+} // namespace
+
+QColor mixed(const QColor& a, const QColor& b, double part) {
+  const auto mix = [part](double x, double y) { return float(x * part + y * (1 - part)); };
+  return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()),
+                          mix(a.blueF(), b.blueF()));
+}
+
+QColor textOn(const QColor& background) {
+  // White is preferred on an accent colour as long as it can be read at a button's size.
+  return contrast(Qt::white, background) >= 3.6 ? QColor(Qt::white) : QColor(0x1b, 0x1b, 0x1f);
+}
+
+bool isDark(const QPalette& palette) {
+  return luminance(palette.color(QPalette::Window)) < 0.2;
+}
+
+QColor alertAccent(const QPalette& palette) {
+  const QColor window = palette.color(QPalette::Window);
+  QColor accent = palette.color(QPalette::Highlight);
+  for (int step = 0; step < 8 && contrast(accent, window) < 2.6; ++step)
+    accent = isDark(palette) ? accent.lighter(115) : accent.darker(115);
+  return accent;
+}
+
+QPalette alertPalette(const QPalette& desktop) {
+  QPalette palette = desktop;
+  const QColor base = desktop.color(QPalette::Base);
+  const QColor window = desktop.color(QPalette::Window);
+  // Paper is the lighter of the two in a light theme; a dark theme's window colour is easier on
+  // the eyes than its nearly black text fields.
+  const QColor ground = isDark(desktop) ? window : base;
+  const QColor ink = isDark(desktop) ? desktop.color(QPalette::WindowText)
+                                     : desktop.color(QPalette::Text);
+  palette.setColor(QPalette::Window, ground);
+  palette.setColor(QPalette::Base, ground);
+  palette.setColor(QPalette::WindowText, ink);
+  palette.setColor(QPalette::Text, ink);
+  return palette;
+}
+
+QString alertStyleSheet(const QPalette& palette) {
+  const QColor ground = palette.color(QPalette::Window);
+  const QColor ink = palette.color(QPalette::WindowText);
+  const QColor accent = alertAccent(palette);
+  const QColor button = mixed(ink, ground, 0.07);
+  QString sheet = QStringLiteral(R"(
+#AlertWindow { background: @ground; }
+#footer { background: @footer; border: none; border-top: 1px solid @line; }
+#dateField { color: @dim; }
+#resecheduledField { color: @dim; }
+#reminderView { background: transparent; border: none; selection-background-color: @accent;
+  selection-color: @onAccent; }
+QPushButton { background: @button; color: @ink; border: 1px solid @line; border-radius: 7px;
+  padding: 6px 14px; min-width: 2.2em; }
+QPushButton:hover { background: @hover; }
+QPushButton:pressed { background: @pressed; }
+QPushButton:focus { border: 2px solid @accent; padding: 5px 13px; }
+QPushButton#okButton { background: @accent; color: @onAccent; border: 1px solid @accent;
+  padding: 6px 26px; font-weight: 600; }
+QPushButton#okButton:hover { background: @accentHover; }
+QPushButton#okButton:pressed { background: @accentPressed; }
+QPushButton#okButton:focus { border: 2px solid @focusOnAccent; padding: 5px 25px; }
+QPushButton#deleteButton { color: @danger; }
+)");
+  const QColor danger = isDark(palette) ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
+  const std::pair<const char*, QColor> colours[] = {
+      {"@ground", ground},
+      {"@footer", mixed(ink, ground, isDark(palette) ? 0.05 : 0.035)},
+      {"@line", mixed(ink, ground, 0.14)},
+      {"@dim", mixed(ink, ground, 0.66)},
+      {"@onAccent", textOn(accent)},
+      {"@accentHover", accent.lighter(108)},
+      {"@accentPressed", accent.darker(112)},
+      {"@accent", accent},
+      {"@button", button},
+      {"@ink", ink},
+      {"@hover", mixed(ink, ground, 0.12)},
+      {"@pressed", mixed(ink, ground, 0.18)},
+      {"@focusOnAccent", mixed(accent, ink, 0.45)},
+      {"@danger", danger},
+  };
+  for (const auto& [name, colour] : colours)
+    sheet.replace(QLatin1String(name), colour.name());
+  return sheet;
+}
+
+} // namespace tockwise

@@ -1,0 +1,15 @@
+// Where a new alert window goes.
+#pragma once
+
+#include <QList>
+#include <QRect>
+
+namespace tockwise {
+
+/// The top left corner for a window of that size (its frame included, in pixels): the centre of
+/// the work area, or the place nearest to it at which neither the new window nor one of others
+/// (oldest first) hides another completely, whichever of them is on top. Where there are too many
+/// for that they are cascaded. The window lies within the work area when it fits.
+QPoint placeAlert(QSize size, const QRect& workArea, const QList<QRect>& others);
+
+} // namespace tockwise

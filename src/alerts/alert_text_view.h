@@ -1,0 +1,36 @@
+// The text of an alert: read-only, with links, as tall as its contents up to a limit, beyond
+// which it scrolls.
+#pragma once
+
+#include <QTextBrowser>
+
+namespace tockwise {
+
+/// Main thread.
+class AlertTextView final : public QTextBrowser {
+  Q_OBJECT
+ public:
+  explicit AlertTextView(QWidget* parent = nullptr);
+
+  /// Shows text as it is written: no markup is interpreted. Web and mail addresses become links.
+  /// A short text is set larger than a long one.
+  void setReminderText(const QString& text);
+
+  /// Gives the view the size its contents ask for, at most maximumHeight pixels high. Called once
+  /// when the contents are complete.
+  void fitContents(int maximumHeight);
+
+  QSize sizeHint() const override { return m_fitted; }
+  QSize minimumSizeHint() const override;
+
+  /// Scrolls by a page (±1) or to an end (±2).
+  void scrollBy(int direction);
+
+ protected:
+  QVariant loadResource(int type, const QUrl& name) override;
+
+ private:
+  QSize m_fitted{320, 80};
+};
+
+} // namespace tockwise

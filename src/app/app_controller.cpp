@@ -1,0 +1,207 @@
+#include "app/app_controller.h"
+
+#include "app/about.h"
+#include "app/menu_source.h"
+#include "app/store_messages.h"
+#include "base/log.h"
+#include "dates/calendar.h"
+#include "dates/date_text.h"
+#include "menu/status_menu.h"
+
+#include <QCoreApplication>
+#include <QJsonObject>
+
+#include <map>
+
+namespace tockwise {
+namespace {
+
+constexpr double kRemindAgainSeconds = 600;
+
+std::vector<OpenAlert> openAlerts(const AlertWindows& alerts) {
+  std::vector<OpenAlert> open;
+  for (const AlertEntry& entry : alerts.entries())
+    open.push_back({entry.text, entry.reminderUUID});
+  return open;
+}
+
+} // namespace
+
+AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, QObject* parent)
+    : QObject(parent), m_store(std::move(store)), m_ports(std::move(ports)),
+      m_sounds(m_store->preferences(), *m_ports.soundPlayer, AlertSounds::standardFolders(),
+               AlertSounds::systemRandom()),
+      m_alerts(m_store->queue(), m_sounds, *m_ports.prompter),
+      m_removeReminder(m_store->queue(), *m_ports.prompter, m_alerts,
+                       [this](const QString& uuid) { return m_store->removeReminder(uuid); }),
+      m_quitQuestion(*m_ports.prompter, m_alerts, [] { return qint64(0); }),
+      m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter,
+             [this] { m_store->saveDefaults(); }),
+      m_firing(m_store->queue(), m_store->preferences(), m_store->clock(), *this),
+      m_tick(m_store->queue(), m_store->clock(), m_firing,
+             {[this] { m_sort.sort(); }, [this] { m_store->preferences().synchronize(); },
+              [this] { m_store->saveDefaults(); }, [this] { Q_EMIT dataModified(); }}),
+      m_tickTimer(m_tick, *m_ports.wakeTimer, *m_ports.powerEvents, m_store->clock()),
+      m_commands(*m_store, [this] { changed(); }) {
+  m_alerts.setReminderRemover(&m_removeReminder);
+  m_sounds.buildSoundList();
+  connectAll();
+}
+
+AppController::~AppController() = default;
+
+void AppController::connectAll() {
+  connect(&m_alerts, &AlertWindows::opened, this, &AppController::alertOpened);
+  connect(&m_alerts, &AlertWindows::closed, this, &AppController::alertClosed);
+  connect(&m_alerts, &AlertWindows::countChanged, this, &AppController::showState);
+  connect(&m_alerts, &AlertWindows::remindAgainRequested, this, &AppController::remindAgain);
+  connect(&m_tickTimer, &TickTimer::ticked, this, &AppController::showState);
+  connect(&m_tray, &TrayController::activated, this, &AppController::perform);
+  connect(&m_tray, &TrayController::visibilityChanged, &m_tickTimer, &TickTimer::setEverySecond);
+
+  PreferencesStore& preferences = m_store->preferences();
+  preferences.onWriteFailure = [this](const Error& error) {
+    m_ports.prompter->tell(QString::fromUtf16(kWriteFailureTitle), writeFailureText(error));
+  };
+  preferences.onChangedByOthers = [this] { m_tickTimer.poke(); };
+}
+
+void AppController::start() {
+  m_tray.start();
+  m_tickTimer.start();
+  if (const QString damage = damageText(m_store->loadReport()); !damage.isEmpty())
+    m_ports.prompter->tell(QString::fromUtf16(kDamageTitle), damage);
+}
+
+void AppController::changed() {
+  m_tickTimer.tickNow();
+}
+
+// What can be seen of the program's state, brought up to date; each receiver compares first.
+void AppController::showState() {
+  const Settings& settings = m_store->preferences();
+  m_tray.setClockOption(settings.integer(QStringLiteral("clockoption")));
+  m_tray.setTitle(statusTitle(0, m_alerts.count()));
+  m_tray.refresh();
+  if (const quint64 revision = m_store->queue().revision(); revision != m_announcedRevision) {
+    m_announcedRevision = revision;
+    Q_EMIT queueChanged();
+  }
+}
+
+std::vector<MenuItem> AppController::menuItems() const {
+  return buildStatusMenu(menuInput(*m_store, openAlerts(m_alerts), nullptr), Calendar::current());
+}
+
+QJsonArray AppController::alertsJson() const {
+  QJsonArray array;
+  for (const AlertEntry& entry : m_alerts.entries()) {
+    const bool gone = !m_store->queue().indexOf(entry.reminderUUID);
+    array.append(QJsonObject{
+        {QStringLiteral("position"), entry.position + 1},
+        {QStringLiteral("uuid"), gone ? QJsonValue::Null : QJsonValue(entry.reminderUUID)},
+        {QStringLiteral("text"), entry.text},
+        {QStringLiteral("date"), iso8601UTC(entry.date)},
+        {QStringLiteral("shown"), entry.shown},
+        {QStringLiteral("rescheduled"), entry.rescheduled}});
+  }
+  return array;
+}
+
+Result<void> AppController::alertCommand(const QString& action, int position) {
+  const qsizetype index = position > 0 ? position - 1 : 0;
+  if (action == u"ok-all") {
+    m_alerts.okAll();
+    return {};
+  }
+  if (action == u"hide" && position == 0) {
+    m_alerts.hideAllCurrentAlerts();
+    return {};
+  }
+  if (action == u"show" && position == 0) {
+    m_alerts.showAllCurrentAlerts();
+    return {};
+  }
+  if (index >= m_alerts.count()) {
+    return Error{Error::Kind::NotFound,
+                 m_alerts.count() == 0
+                     ? QStringLiteral("There Are No Current Alerts")
+                     : QStringLiteral("there is no alert %1; %2 are open").arg(position).arg(m_alerts.count())};
+  }
+  if (action == u"ok")
+    return m_alerts.OK(index);
+  if (action == u"again")
+    return m_alerts.remindAgain(index);
+  if (action == u"delete")
+    return m_alerts.deleteReminder(index);
+  if (action == u"show")
+    return m_alerts.exposeCurrentAlert(index);
+  if (action == u"hide")
+    return m_alerts.hide(index);
+  return Error{Error::Kind::Usage, QStringLiteral("there is no alert action \"%1\"").arg(action)};
+}
+
+void AppController::perform(const MenuActivation& activation) {
+  using Operation = void (*)(AppController&, const MenuActivation&);
+  static const std::map<QString, Operation> operations{
+      {QStringLiteral("quit"),
+       [](AppController& self, const MenuActivation&) {
+         if (self.mayQuit(QuitMode::Ask))
+           self.quitNow();
+       }},
+      {QStringLiteral("about"), [](AppController&, const MenuActivation&) { showAbout(); }},
+      {QStringLiteral("deleteMenuItem"),
+       [](AppController& self, const MenuActivation& chosen) {
+         if (const auto index = self.m_store->queue().indexOf(chosen.reminderUUID))
+           self.m_removeReminder.removeReminder(*index);
+         self.changed();
+       }},
+      {QStringLiteral("exposeCurrentAlert"),
+       [](AppController& self, const MenuActivation& chosen) {
+         if (const auto exposed = self.m_alerts.exposeCurrentAlert(chosen.tag); !exposed)
+           logLine(exposed.error().message);
+       }},
+      {QStringLiteral("showAllCurrentAlerts"),
+       [](AppController& self, const MenuActivation&) { self.m_alerts.showAllCurrentAlerts(); }},
+      {QStringLiteral("hideAllCurrentAlerts"),
+       [](AppController& self, const MenuActivation&) { self.m_alerts.hideAllCurrentAlerts(); }},
+      {QStringLiteral("closeAllCurrentAlerts"),
+       [](AppController& self, const MenuActivation&) { self.m_alerts.closeAllCurrentAlerts(); }}};
+  if (const auto operation = operations.find(activation.action); operation != operations.end()) {
+    operation->second(*this, activation);
+  } else if (m_sort.chooseOrder(activation.action)) {
+    changed();
+  }
+}
+
+void AppController::showMenu() {
+  m_tray.showMenu();
+}
+
+bool AppController::mayQuit(QuitMode mode) {
+  return mode == QuitMode::Omit ||
+         m_quitQuestion.applicationShouldTerminate() == TerminateReply::TerminateNow;
+}
+
+void AppController::quitNow() {
+  m_store->saveDefaults();
+  QCoreApplication::quit();
+}
+
+// Until there is an editor to ask in, the request comes back ten minutes later.
+void AppController::remindAgain(const RemindAgainRequest& request) {
+  Reminder again;
+  again.reminderQueue = m_store->clock().now().plusSeconds(kRemindAgainSeconds);
+  again.reminderDescriptions = request.reminderMessage;
+  again.reminderRTFs = request.reminderRTFData;
+  again.reminderSendSMS = request.smsState;
+  again.reminderSendEmail = request.emailState;
+  m_store->appendReminder(std::move(again), ReminderStore::RecentEntry::Omit);
+  changed();
+}
+
+void AppController::openAlert(const AlertRequest& request) {
+  m_alerts.open(request);
+}
+
+} // namespace tockwise

@@ -1,0 +1,74 @@
+// The composition root: owns the store, the engine, the lists of open windows and the tray, and
+// connects them. A rule, a text or a loop over reminders in here is in the wrong place.
+#pragma once
+
+#include "alerts/alert_sounds.h"
+#include "alerts/alert_windows.h"
+#include "alerts/quit_question.h"
+#include "alerts/remove_reminder.h"
+#include "app/command_service.h"
+#include "app/ports.h"
+#include "engine/firing.h"
+#include "engine/tick.h"
+#include "engine/tick_timer.h"
+#include "menu/menu_item.h"
+#include "menu/sort/queue_sort.h"
+#include "menu/ui/tray_controller.h"
+
+#include <QJsonArray>
+#include <QObject>
+
+namespace tockwise {
+
+enum class QuitMode { Ask, Omit };
+
+/// Main thread.
+class AppController final : public QObject, private FiringActions {
+  Q_OBJECT
+ public:
+  AppController(std::unique_ptr<ReminderStore> store, Ports ports, QObject* parent = nullptr);
+  ~AppController() override;
+
+  /// Shows the status item, starts the tick, and tells what happened to a damaged store.
+  void start();
+
+  CommandService& commands() { return m_commands; }
+  /// The status menu as it would be shown now.
+  std::vector<MenuItem> menuItems() const;
+  QJsonArray alertsJson() const;
+  /// action: ok, again, delete, show, hide or ok-all; position: counted from 1, or 0 for the
+  /// oldest alert (show and hide: all of them).
+  Result<void> alertCommand(const QString& action, int position);
+  /// What a chosen menu item asks for; an action that is not available does nothing.
+  void perform(const MenuActivation& activation);
+  void showMenu();
+
+  /// Whether the program may end now, after its question. Runs the event loop while it is open.
+  bool mayQuit(QuitMode mode);
+  void quitNow();
+
+ Q_SIGNALS:
+  void queueChanged();
+  void reminderFired(const QString& reminderUUID);
+  void alertOpened(const QString& reminderUUID);
+  void alertClosed(const QString& reminderUUID);
+
+ private:
+  void doTask(const Task& task) override;
+  void sendEmailWithSubject(const QString& subject, const QString& message) override;
+  bool sendEmailWithSubjectAndHTMLMessage(const QString& subject,
+                                          const QByteArray& RTFData) override;
+  void sendSMSWithSubject(const QString& subject, const QString& message) override;
+  void openAlert(const AlertRequest& request) override;
+  void fired(const QString& reminderUUID) override;
+
+  void connectAll();
+  void changed();
+  void announce();
+  void remindAgain(const RemindAgainRequest& request);
+
+  std::unique_ptr<ReminderStore> m_store;
+  Ports m_ports;
+};
+
+} // namespace tockwise

@@ -1,0 +1,20 @@
+// What the application is given of the desktop.
+#pragma once
+
+#include "ports/power_events.h"
+#include "ports/prompter.h"
+#include "ports/sound_player.h"
+#include "ports/wake_timer.h"
+
+#include <memory>
+
+namespace tockwise {
+
+struct Ports {
+  std::unique_ptr<Prompter> prompter;
+  std::unique_ptr<SoundPlayer> soundPlayer;
+  std::unique_ptr<PowerEvents> powerEvents;
+  std::unique_ptr<WakeTimer> wakeTimer;
+};
+
+} // namespace tockwise

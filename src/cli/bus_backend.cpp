@@ -1,0 +1,39 @@
+#include "cli/bus_backend.h"
+
+#include "app/bus_names.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+
+#include <limits>
+
+namespace tockwise {
+
+std::unique_ptr<BusBackend> BusBackend::connect() {
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected() || !bus.interface()->isServiceRegistered(busName()))
+    return nullptr;
+  return std::make_unique<BusBackend>();
+}
+
+Result<QVariant> BusBackend::call(const QString& method, const QVariantList& arguments) {
+  QDBusMessage message =
+      QDBusMessage::createMethodCall(busName(), busPath(), busInterface(), method);
+  message.setArguments(arguments);
+  message.setAutoStartService(false);
+  // A question may stay open for as long as its user likes.
+  const QDBusMessage reply = QDBusConnection::sessionBus().call(
+      message, QDBus::Block, std::numeric_limits<int>::max());
+  if (reply.type() != QDBusMessage::ErrorMessage) {
+    const QVariant value = reply.arguments().value(0);
+    if (value.canConvert<QDBusArgument>())
+      return QVariant(qdbus_cast<QVariantMap>(value));
+    return value;
+  }
+  const bool usage = reply.errorName() == busUsageError();
+  return Error{usage ? Error::Kind::Usage : Error::Kind::Refused, reply.errorMessage()};
+}
+
+} // namespace tockwise

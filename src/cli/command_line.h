@@ -1,0 +1,29 @@
+// The words of a command, taken apart.
+#pragma once
+
+#include "base/result.h"
+#include "cli/command_table.h"
+
+#include <QStringList>
+#include <QVariantMap>
+
+namespace tockwise {
+
+struct Invocation {
+  const CommandSpec* command = nullptr;
+  QStringList arguments;
+  QVariantMap reminderOptions; // for add and edit: see app/reminder_options.h
+  bool json = false;
+  bool yes = false;
+  bool help = false;
+};
+
+/// words: the program's arguments, the command first. Options may stand anywhere after the
+/// command, as "--name value" or "--name=value"; after "--" everything is an argument. Usage when
+/// the words are wrong.
+Result<Invocation> parseCommandLine(const QStringList& words);
+
+/// The help text of one command, or of the program.
+QString helpText(const CommandSpec* command);
+
+} // namespace tockwise

@@ -1,0 +1,28 @@
+// The commands of the command line: names, words and help.
+#pragma once
+
+#include <QStringView>
+
+#include <span>
+
+namespace tockwise {
+
+struct OptionSpec {
+  const char16_t* name; // without the leading dashes
+  bool takesValue;
+  const char16_t* help;
+};
+
+struct CommandSpec {
+  const char16_t* name;
+  const char16_t* synopsis; // what follows the name
+  const char16_t* help;     // one line
+  int fewestArguments;
+  int mostArguments; // -1: any number
+  std::span<const OptionSpec> options;
+};
+
+std::span<const CommandSpec> commandTable();
+const CommandSpec* findCommand(QStringView name);
+
+} // namespace tockwise

@@ -1,0 +1,19 @@
+// What commands print for a person; the JSON forms are the application's.
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QString>
+
+namespace tockwise {
+
+/// One line a reminder: position, date, repetition, text.
+QString listText(const QJsonArray& reminders);
+/// One field a line.
+QString reminderText(const QJsonObject& reminder);
+/// The menu as an indented list.
+QString menuText(const QJsonArray& items);
+/// One line an alert.
+QString alertsText(const QJsonArray& alerts);
+
+} // namespace tockwise

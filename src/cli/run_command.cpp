@@ -1,0 +1,216 @@
+#include "cli/run_command.h"
+
+#include "app/store_messages.h"
+#include "cli/bus_backend.h"
+#include "cli/command_line.h"
+#include "cli/output.h"
+#include "cli/store_backend.h"
+#include "prefs/setting_table.h"
+
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QThread>
+
+#include <cstdio>
+
+namespace tockwise {
+namespace {
+
+// How long a command waits for another one that has the store open.
+constexpr qint64 kPatience = 10000; // ms
+constexpr unsigned long kPause = 10; // ms
+
+using Printed = Result<QString>; // what a command prints on stdout
+
+void print(FILE* stream, const QString& text) {
+  const QByteArray bytes = text.toUtf8();
+  std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+  std::fflush(stream);
+}
+
+int fail(const Error& error) {
+  QString message = error.message;
+  print(stderr, QStringLiteral("tockwise: ") + message.replace(u'\n', u' ') + u'\n');
+  return error.kind == Error::Kind::Usage ? kWrongWords : kFailed;
+}
+
+void warnOfDamage(const ReminderStore::LoadReport& report) {
+  const QString text = damageText(report);
+  if (!text.isEmpty())
+    print(stderr, QStringLiteral("tockwise: ") + QString(text).replace(u'\n', u' ') + u'\n');
+}
+
+// The running application if there is one, else the store. A store that is held while no
+// application is on the bus belongs to another command that is about to finish, or to an
+// application that is just starting.
+Result<std::unique_ptr<Backend>> findBackend(const Clock& clock) {
+  QElapsedTimer waited;
+  waited.start();
+  for (;;) {
+    if (auto bus = BusBackend::connect())
+      return std::unique_ptr<Backend>(std::move(bus));
+    auto store = StoreBackend::open(PreferencesStore::Paths::ofUser(), clock);
+    if (store) {
+      warnOfDamage((*store)->loadReport());
+      return std::unique_ptr<Backend>(std::move(*store));
+    }
+    if (store.error().kind != Error::Kind::Busy)
+      return store.error();
+    if (waited.elapsed() > kPatience) {
+      return Error{Error::Kind::Busy,
+                   QStringLiteral("the reminders are in use by a Tockwise that cannot be asked "
+                                  "from here (another session, or no session bus)")};
+    }
+    QThread::msleep(kPause);
+  }
+}
+
+// Calls method and lets show make text of the JSON that it returns.
+template <typename Json, typename Show>
+Printed printJson(Backend& backend, const QString& method, const QVariantList& arguments,
+                  bool asJson, Show&& show) {
+  const auto reply = backend.call(method, arguments);
+  if (!reply)
+    return reply.error();
+  const QString text = reply->toString();
+  if (asJson)
+    return text;
+  const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
+  if constexpr (std::is_same_v<Json, QJsonArray>)
+    return show(document.array());
+  else
+    return show(document.object());
+}
+
+// Calls a method that returns an identifier or nothing.
+Printed printReply(Backend& backend, const QString& method, const QVariantList& arguments) {
+  const auto reply = backend.call(method, arguments);
+  if (!reply)
+    return reply.error();
+  const QString text = reply->toString();
+  return text.isEmpty() ? text : text + u'\n';
+}
+
+Printed silently(Printed printed) {
+  return printed ? Printed(QString()) : printed;
+}
+
+Printed runAlerts(Backend& backend, const Invocation& words) {
+  if (words.arguments.isEmpty()) {
+    return printJson<QJsonArray>(backend, QStringLiteral("Alerts"), {}, words.json, alertsText);
+  }
+  static const QStringList actions{QStringLiteral("ok"),   QStringLiteral("again"),
+                                   QStringLiteral("delete"), QStringLiteral("show"),
+                                   QStringLiteral("hide"), QStringLiteral("ok-all")};
+  bool numeric = true;
+  const int position = words.arguments.size() > 1 ? words.arguments[1].toInt(&numeric) : 0;
+  if (!actions.contains(words.arguments[0]) || !numeric || position < 0 ||
+      (words.arguments.size() > 1 && position < 1)) {
+    return Error{Error::Kind::Usage, QStringLiteral("usage: tockwise alerts %1")
+                                         .arg(QStringView(words.command->synopsis))};
+  }
+  return silently(printReply(backend, QStringLiteral("AlertCommand"), {words.arguments[0], position}));
+}
+
+Printed listPreferences(Backend& backend) {
+  const auto reply = backend.call(QStringLiteral("ListPreferences"), {});
+  if (!reply)
+    return reply.error();
+  const QVariantMap values = reply->toMap();
+  QString text;
+  for (const SettingRow& row : settingTable()) {
+    const QString key = QString::fromUtf16(row.key);
+    QString value = values.value(key).toString();
+    text += QStringLiteral("%1=%2\n").arg(key, value.replace(u'\n', u','));
+  }
+  return text;
+}
+
+Printed runPrefs(Backend& backend, const Invocation& words) {
+  const QString verb = words.arguments.value(0);
+  const qsizetype count = words.arguments.size();
+  if (verb == u"list" && count == 1)
+    return listPreferences(backend);
+  if (verb == u"get" && count == 2) {
+    const auto reply = backend.call(QStringLiteral("GetPreference"), {words.arguments[1]});
+    return reply ? Printed(reply->toString() + u'\n') : Printed(reply.error());
+  }
+  if (verb == u"set" && count >= 3) {
+    return printReply(backend, QStringLiteral("SetPreference"),
+                      {words.arguments[1], QVariant(words.arguments.mid(2))});
+  }
+  return Error{Error::Kind::Usage, QStringLiteral("usage: tockwise prefs %1")
+                                       .arg(QStringView(words.command->synopsis))};
+}
+
+Printed runQuit(Backend& backend, const Invocation& words) {
+  const auto reply = backend.call(QStringLiteral("Quit"), {words.yes});
+  if (!reply)
+    return reply.error();
+  if (!reply->toBool())
+    return Error{Error::Kind::Refused, QStringLiteral("Tockwise keeps running: the question was answered with No")};
+  return QString();
+}
+
+Printed runClear(Backend& backend, const Invocation& words) {
+  if (!words.yes)
+    return Error{Error::Kind::Usage,
+                 QStringLiteral("clear removes every reminder: say so with --yes")};
+  return printReply(backend, QStringLiteral("Clear"), {});
+}
+
+Printed carryOut(Backend& backend, const Invocation& words) {
+  const QString name = QString::fromUtf16(words.command->name);
+  const QString first = words.arguments.value(0);
+  if (name == u"add")
+    return printReply(backend, QStringLiteral("Add"), {first, words.reminderOptions});
+  if (name == u"edit")
+    return printReply(backend, QStringLiteral("Edit"), {first, words.reminderOptions});
+  if (name == u"delete")
+    return silently(printReply(backend, QStringLiteral("Delete"), {first}));
+  if (name == u"list")
+    return printJson<QJsonArray>(backend, QStringLiteral("List"), {}, words.json, listText);
+  if (name == u"show")
+    return printJson<QJsonObject>(backend, QStringLiteral("Show"), {first}, words.json, reminderText);
+  if (name == u"menu")
+    return printJson<QJsonArray>(backend, QStringLiteral("Menu"), {}, words.json, menuText);
+  if (name == u"alerts")
+    return runAlerts(backend, words);
+  if (name == u"prefs")
+    return runPrefs(backend, words);
+  if (name == u"clear")
+    return runClear(backend, words);
+  return runQuit(backend, words);
+}
+
+} // namespace
+
+int runCommand(const QStringList& words) {
+  const QString first = words.value(0);
+  if (first == u"--help" || first == u"-h" || first == u"help") {
+    print(stdout, helpText(findCommand(words.value(1))));
+    return kDone;
+  }
+  if (first == u"--version") {
+    print(stdout, QStringLiteral("Tockwise %1\n").arg(QStringLiteral(TOCKWISE_VERSION)));
+    return kDone;
+  }
+  const auto invocation = parseCommandLine(words);
+  if (!invocation)
+    return fail(invocation.error());
+  if (invocation->help) {
+    print(stdout, helpText(invocation->command));
+    return kDone;
+  }
+  const SystemClock clock;
+  const auto backend = findBackend(clock);
+  if (!backend)
+    return fail(backend.error());
+  const Printed printed = carryOut(**backend, *invocation);
+  if (!printed)
+    return fail(printed.error());
+  print(stdout, *printed);
+  return kDone;
+}
+
+} // namespace tockwise

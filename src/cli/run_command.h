@@ -1,0 +1,17 @@
+// One command of the command line, from its words to its exit status.
+#pragma once
+
+#include <QStringList>
+
+namespace tockwise {
+
+enum ExitStatus : int {
+  kDone = 0,      // done
+  kFailed = 1,    // understood, and could not be done; one line on stderr says why
+  kWrongWords = 2 // the words are wrong
+};
+
+/// words: the program's arguments without its name, the command first. Needs a QCoreApplication.
+int runCommand(const QStringList& words);
+
+} // namespace tockwise

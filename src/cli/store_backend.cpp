@@ -1,0 +1,77 @@
+#include "cli/store_backend.h"
+
+#include "app/command_service.h"
+#include "app/json.h"
+#include "app/menu_source.h"
+#include "app/offline_order.h"
+
+#include <functional>
+#include <map>
+
+namespace tockwise {
+namespace {
+
+using Method = std::function<Result<QVariant>(CommandService&, const QVariantList&)>;
+
+template <typename T> Result<QVariant> reply(const Result<T>& result) {
+  if (!result)
+    return result.error();
+  if constexpr (std::is_void_v<T>)
+    return QVariant();
+  else if constexpr (std::is_same_v<T, QJsonObject>)
+    return QVariant(jsonText(*result));
+  else
+    return QVariant(*result);
+}
+
+const std::map<QString, Method>& methods() {
+  using S = CommandService;
+  using L = QVariantList;
+  static const std::map<QString, Method> table{
+      {QStringLiteral("Add"),
+       [](S& s, const L& a) { return reply(s.add(a[0].toString(), a[1].toMap())); }},
+      {QStringLiteral("Edit"),
+       [](S& s, const L& a) { return reply(s.edit(a[0].toString(), a[1].toMap())); }},
+      {QStringLiteral("Delete"), [](S& s, const L& a) { return reply(s.remove(a[0].toString())); }},
+      {QStringLiteral("Clear"), [](S& s, const L&) { return reply(s.clear()); }},
+      {QStringLiteral("List"), [](S& s, const L&) { return Result<QVariant>(jsonText(s.list())); }},
+      {QStringLiteral("Show"), [](S& s, const L& a) { return reply(s.show(a[0].toString())); }},
+      {QStringLiteral("GetPreference"),
+       [](S& s, const L& a) { return reply(s.getPreference(a[0].toString())); }},
+      {QStringLiteral("SetPreference"),
+       [](S& s, const L& a) { return reply(s.setPreference(a[0].toString(), a[1].toStringList())); }},
+      {QStringLiteral("ListPreferences"), [](S& s, const L&) {
+         QVariantMap map;
+         for (const auto& [key, text] : s.preferences())
+           map.insert(key, text);
+         return Result<QVariant>(map);
+       }}};
+  return table;
+}
+
+} // namespace
+
+StoreBackend::StoreBackend(std::unique_ptr<ReminderStore> store)
+    : m_store(std::move(store)),
+      m_commands(std::make_unique<CommandService>(*m_store, [this] { putInOrder(*m_store); })) {}
+
+StoreBackend::~StoreBackend() = default;
+
+Result<std::unique_ptr<StoreBackend>> StoreBackend::open(const PreferencesStore::Paths& paths,
+                                                         const Clock& clock) {
+  auto store = ReminderStore::open(paths, clock);
+  if (!store)
+    return store.error();
+  putInOrder(**store);
+  return std::unique_ptr<StoreBackend>(new StoreBackend(std::move(*store)));
+}
+
+Result<QVariant> StoreBackend::call(const QString& method, const QVariantList& arguments) {
+  if (const auto known = methods().find(method); known != methods().end())
+    return known->second(*m_commands, arguments);
+  if (method == u"Menu")
+    return QVariant(jsonText(menuToJson(menuWithoutApplication(*m_store))));
+  return Error{Error::Kind::Unavailable, QStringLiteral("Tockwise is not running")};
+}
+
+} // namespace tockwise

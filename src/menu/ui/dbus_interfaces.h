@@ -1,0 +1,13 @@
+// The tray's D-Bus interfaces as they describe themselves to whoever asks.
+#pragma once
+
+#include <QString>
+
+namespace tockwise {
+
+/// com.canonical.dbusmenu
+QString menuIntrospection();
+/// org.kde.StatusNotifierItem
+QString itemIntrospection();
+
+} // namespace tockwise

@@ -1,0 +1,320 @@
+#include "store/preferences_store.h"
+
+#include "base/log.h"
+#include "store/plist_xml.h"
+#include "store/store_backups.h"
+#include "store/store_file.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <set>
+
+namespace tockwise {
+namespace {
+
+const QString kFolder = QStringLiteral("tockwise");
+const QString kFileName = QStringLiteral("com.quillstone.Tockwise.plist");
+const QString kDataVersion = QStringLiteral("dataVersion");
+
+QString xdgFolder(const char* variable, const QString& underHome) {
+  const QString folder = qEnvironmentVariable(variable);
+  return QDir::isAbsolutePath(folder) ? folder : QDir::home().filePath(underHome);
+}
+
+// A property list of either form whose root is a dictionary.
+Result<plist::Reader> parse(QByteArray bytes) {
+  if (plist::isXml(bytes)) {
+    const auto value = plist::readXml(bytes);
+    if (!value)
+      return value.error();
+    plist::Writer writer;
+    bytes = writer.finish(writer.value(*value));
+  }
+  auto reader = plist::Reader::open(std::move(bytes));
+  if (reader && reader->kind(reader->root()) != plist::Kind::Dictionary)
+    return Error{Error::Kind::Damaged, QStringLiteral("the property list is no dictionary")};
+  return reader;
+}
+
+Result<plist::Reader> parseFile(const QString& path) {
+  auto bytes = readWholeFile(path);
+  if (!bytes)
+    return bytes.error();
+  return parse(std::move(*bytes));
+}
+
+// "….damaged-20261121-065500", and further if there is one already.
+QString damagedName(const QString& file, Date now) {
+  const QString stamp = file + QStringLiteral(".damaged-") + localStamp(now);
+  QString name = stamp;
+  for (int i = 1; QFileInfo::exists(name); ++i)
+    name = QStringLiteral("%1-%2").arg(stamp).arg(i);
+  return name;
+}
+
+} // namespace
+
+PreferencesStore::Paths PreferencesStore::Paths::ofUser() {
+  const QDir config(xdgFolder("XDG_CONFIG_HOME", QStringLiteral(".config")));
+  const QDir state(xdgFolder("XDG_STATE_HOME", QStringLiteral(".local/state")));
+  return {config.filePath(kFolder + u'/' + kFileName),
+          state.filePath(kFolder + QStringLiteral("/backups"))};
+}
+
+class PreferencesStore::Private {
+ public:
+  Private(Paths paths, const Clock& clock)
+      : paths(std::move(paths)), encodedFile(QFile::encodeName(this->paths.file)), clock(clock),
+        backups(this->paths.backups) {}
+
+  Result<void> openFile();
+  void putAside(const Error& error);
+  void takeSettings(const plist::Reader& reader);
+  void adoptOthers(const std::optional<FileIdentity>& seen);
+  bool isSectionSaved() const { return !section || section->revision() == savedRevision; }
+  void keepCopyBeforeWriting();
+  QByteArray encode() const;
+
+  Paths paths;
+  QByteArray encodedFile;
+  const Clock& clock;
+  StoreBackups backups;
+  FileLock lock;
+  StoreNotice notice;
+  std::map<QString, Value> defaults;
+  std::map<QString, Value> values;
+  std::set<QString> changed; // keys set since the last write
+  StoreSection* section = nullptr;
+  quint64 savedRevision = 0;
+  bool mustWrite = false;
+  bool failing = false;
+  std::optional<FileIdentity> identity; // of the file as it was last read or written
+  std::optional<plist::Reader> opened;  // until the section has read it
+  QString versionOnDisk;
+  qint64 bytesWritten = 0;
+};
+
+PreferencesStore::PreferencesStore(std::unique_ptr<Private> d) : d(std::move(d)) {}
+PreferencesStore::~PreferencesStore() = default;
+
+Result<std::unique_ptr<PreferencesStore>> PreferencesStore::open(const Paths& paths,
+                                                                 const Clock& clock) {
+  auto d = std::make_unique<Private>(paths, clock);
+  if (const auto made = makePrivateFolder(QFileInfo(paths.file).path()); !made)
+    return made.error();
+  auto lock = FileLock::take(paths.file + QStringLiteral(".lock"));
+  if (!lock)
+    return lock.error();
+  d->lock = std::move(*lock);
+  if (const auto opened = d->openFile(); !opened)
+    return opened.error();
+  return std::unique_ptr<PreferencesStore>(new PreferencesStore(std::move(d)));
+}
+
+Result<void> PreferencesStore::Private::openFile() {
+  identity = identityOf(encodedFile);
+  auto reader = parseFile(paths.file);
+  if (!reader && reader.error().kind == Error::Kind::Storage)
+    return reader.error();
+  if (!reader && reader.error().kind == Error::Kind::Damaged) {
+    putAside(reader.error());
+    return {};
+  }
+  if (reader) // else there is none: an empty store
+    opened = std::move(*reader);
+  return {};
+}
+
+// The unreadable file goes under another name; the newest good copy takes its place.
+void PreferencesStore::Private::putAside(const Error& error) {
+  logLine(QStringLiteral("%1: %2").arg(paths.file, error.message));
+  notice.damagedKeptAs = damagedName(paths.file, clock.now());
+  if (!QFile::rename(paths.file, notice.damagedKeptAs))
+    QFile::copy(paths.file, notice.damagedKeptAs);
+  identity.reset();
+  mustWrite = true;
+  for (const QString& copy : backups.newestFirst()) {
+    auto reader = parseFile(copy);
+    if (!reader)
+      continue;
+    notice.restoredFrom = copy;
+    opened = std::move(*reader);
+    return;
+  }
+}
+
+// Settings from the file, but for the keys that were set here since the last write.
+void PreferencesStore::Private::takeSettings(const plist::Reader& reader) {
+  std::map<QString, Value> taken;
+  for (const QString& key : changed) {
+    if (const auto kept = values.find(key); kept != values.end())
+      taken.insert(*kept);
+  }
+  const QStringList sectionKeys = section ? section->keys() : QStringList();
+  const plist::Ref root = reader.root();
+  for (qsizetype i = 0; i < reader.count(root); ++i) {
+    const plist::Ref key = reader.key(root, i);
+    if (reader.kind(key) != plist::Kind::String)
+      continue;
+    const QString name = reader.string(key);
+    if (changed.contains(name) || sectionKeys.contains(name))
+      continue;
+    taken.emplace(name, reader.value(reader.valueAt(root, i)));
+  }
+  values = std::move(taken);
+  const auto version = values.find(kDataVersion);
+  if (version != values.end() && version->second.get<QString>())
+    versionOnDisk = *version->second.get<QString>();
+}
+
+void PreferencesStore::registerDefaults(std::map<QString, Value> defaults) {
+  d->defaults.merge(std::move(defaults));
+}
+
+void PreferencesStore::attach(StoreSection& section) {
+  d->section = &section;
+  if (d->opened) {
+    d->takeSettings(*d->opened);
+    section.readFrom(*d->opened);
+    d->opened.reset();
+  }
+  d->savedRevision = section.revision();
+}
+
+const StoreNotice& PreferencesStore::notice() const {
+  return d->notice;
+}
+
+const PreferencesStore::Paths& PreferencesStore::paths() const {
+  return d->paths;
+}
+
+Value PreferencesStore::value(const QString& key) const {
+  if (const auto found = d->values.find(key); found != d->values.end())
+    return found->second;
+  if (const auto found = d->defaults.find(key); found != d->defaults.end())
+    return found->second;
+  return {};
+}
+
+bool PreferencesStore::isSet(const QString& key) const {
+  return d->values.contains(key);
+}
+
+void PreferencesStore::setValue(const QString& key, Value value) {
+  const auto found = d->values.find(key);
+  if (found == d->values.end() ? value.isNull() : found->second == value)
+    return;
+  if (value.isNull())
+    d->values.erase(found);
+  else
+    d->values[key] = std::move(value);
+  d->changed.insert(key);
+}
+
+bool PreferencesStore::isSaved() const {
+  return d->changed.empty() && !d->mustWrite && d->isSectionSaved();
+}
+
+void PreferencesStore::requireWrite() {
+  d->mustWrite = true;
+}
+
+void PreferencesStore::Private::adoptOthers(const std::optional<FileIdentity>& seen) {
+  identity = seen;
+  if (!seen) { // it was taken away: what is in memory is all there is
+    mustWrite = true;
+    return;
+  }
+  const auto reader = parseFile(paths.file);
+  if (!reader) {
+    logLine(QStringLiteral("%1: %2").arg(paths.file, reader.error().message));
+    if (const auto kept = backups.keep(paths.file, clock.now()); !kept)
+      logLine(kept.error().message);
+    mustWrite = true;
+    return;
+  }
+  takeSettings(*reader);
+  if (!section)
+    return;
+  if (isSectionSaved()) {
+    section->readFrom(*reader);
+    savedRevision = section->revision();
+  } else if (const auto kept = backups.keep(paths.file, clock.now()); !kept) {
+    logLine(kept.error().message);
+  }
+}
+
+// A copy of the state before the day's first write and before the first write of a new version.
+void PreferencesStore::Private::keepCopyBeforeWriting() {
+  const auto version = values.find(kDataVersion);
+  const QString newVersion = version != values.end() && version->second.get<QString>()
+                                 ? *version->second.get<QString>()
+                                 : QString();
+  if (!identity || (backups.hasCopyOfDay(clock.now()) && newVersion == versionOnDisk))
+    return;
+  if (const auto kept = backups.keep(paths.file, clock.now()); !kept)
+    logLine(kept.error().message);
+  else
+    versionOnDisk = newVersion;
+}
+
+QByteArray PreferencesStore::Private::encode() const {
+  plist::Writer writer;
+  std::vector<plist::Writer::Object> keys;
+  std::vector<plist::Writer::Object> objects;
+  for (const auto& [key, value] : values) {
+    keys.push_back(writer.string(key));
+    objects.push_back(writer.value(value));
+  }
+  if (section)
+    section->writeTo(writer, keys, objects);
+  return writer.finish(writer.dictionary(keys, objects));
+}
+
+void PreferencesStore::synchronize() {
+  const auto seen = identityOf(d->encodedFile);
+  if (seen != d->identity) {
+    d->adoptOthers(seen);
+    if (seen && onChangedByOthers)
+      onChangedByOthers();
+  }
+  if (isSaved())
+    return;
+  d->keepCopyBeforeWriting();
+  const quint64 revision = d->section ? d->section->revision() : 0;
+  const QByteArray bytes = d->encode();
+  Result<void> written = makePrivateFolder(QFileInfo(d->paths.file).path());
+  if (written)
+    written = writeAtomically(d->paths.file, bytes);
+  if (!written) {
+    if (!d->failing) {
+      d->failing = true;
+      logLine(written.error().message);
+      if (onWriteFailure)
+        onWriteFailure(written.error());
+    }
+    return;
+  }
+  d->failing = false;
+  d->changed.clear();
+  d->mustWrite = false;
+  d->savedRevision = revision;
+  d->identity = identityOf(d->encodedFile);
+  d->bytesWritten += bytes.size();
+}
+
+QString PreferencesStore::backUpNow() {
+  const auto kept = d->backups.keep(d->paths.file, d->clock.now());
+  if (!kept && kept.error().kind != Error::Kind::NotFound)
+    logLine(kept.error().message);
+  return kept ? *kept : QString();
+}
+
+qint64 PreferencesStore::bytesWritten() const {
+  return d->bytesWritten;
+}
+
+} // namespace tockwise

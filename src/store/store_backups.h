@@ -1,0 +1,35 @@
+// The copies kept of the preferences store: one before each day's first write, one before the
+// first write of a new version, one whenever something odd was found. The last ten are kept.
+#pragma once
+
+#include "base/date.h"
+#include "base/result.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace tockwise {
+
+/// Main thread.
+class StoreBackups {
+ public:
+  static constexpr int kMost = 10;
+
+  explicit StoreBackups(QString folder);
+
+  /// Keeps a copy of file under the local date and time; returns its path. NotFound when there is
+  /// no file to keep.
+  Result<QString> keep(const QString& file, Date now);
+  /// Whether a copy of that local day was kept.
+  bool hasCopyOfDay(Date now) const;
+  /// The copies, newest first.
+  QStringList newestFirst() const;
+
+ private:
+  QString m_folder;
+};
+
+/// "20261121-065500" in local time.
+QString localStamp(Date date);
+
+} // namespace tockwise

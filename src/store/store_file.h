@@ -1,0 +1,50 @@
+// The file work of the preferences store: reading, writing atomically, locking.
+#pragma once
+
+#include "base/result.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace tockwise {
+
+/// Tells one state of a file from another.
+struct FileIdentity {
+  quint64 device = 0;
+  quint64 inode = 0;
+  qint64 size = 0;
+  qint64 modified = 0; // nanoseconds since 1970
+  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+/// Nothing when there is no such file. Allocates nothing.
+std::optional<FileIdentity> identityOf(const QByteArray& encodedPath);
+
+/// NotFound when there is none, Storage when it cannot be read.
+Result<QByteArray> readWholeFile(const QString& path);
+
+/// Replaces the file at path (the target, when it is a link): a temporary file in the same folder,
+/// fsync, rename, fsync of the folder; mode 0600. A failure leaves the old file whole.
+Result<void> writeAtomically(const QString& path, const QByteArray& bytes);
+
+/// Makes the folder with mode 0700, and what is above it; one that is there keeps its mode.
+Result<void> makePrivateFolder(const QString& path);
+
+/// An exclusive lock that dies with its holder.
+class FileLock {
+ public:
+  FileLock() = default;
+  ~FileLock();
+  FileLock(FileLock&& other) noexcept;
+  FileLock& operator=(FileLock&& other) noexcept;
+
+  /// Busy when another process has it.
+  static Result<FileLock> take(const QString& path);
+
+ private:
+  int m_descriptor = -1;
+};
+
+} // namespace tockwise

@@ -1,0 +1,54 @@
+#include "prefs/quick_time.h"
+
+#include <QTest>
+
+using namespace tockwise;
+
+class QuickTimeTest : public QObject {
+  Q_OBJECT
+ private Q_SLOTS:
+  void aTextIsWorthItsPairs_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("seconds");
+    const auto row = [](const char* text, qint64 seconds) {
+      QTest::newRow(text) << QString::fromUtf8(text) << seconds;
+    };
+    row("1 Minute", 60);
+    row("5 Minutes", 300);
+    row("10 Minutes", 600);
+    row("15 Minutes", 900);
+    row("30 Minutes", 1800);
+    row("1 Hour", 3600);
+    row("2 Hours", 7200);
+    row("1 Day", 86400);
+    row("2 Days", 172800);
+    row("1 Day 2 Hours", 93600);
+    row("1 Day 30 Minutes ", 88200);
+    row("1 Days", 0);
+    row("1 Minutes", 0);
+    row("2 Hour", 0);
+    row("2 hours", 0);
+    row("01 Days ", 0);
+    row("0 Days", 0);
+    row("Days", 0);
+    row("", 0);
+    row("x Days", 0);
+    row("5  Minutes", 0);
+    row("1 Fortnight", 0);
+    row("1 Day 2", 86400);
+    row("1 Day 2 Hours 3", 93600);
+  }
+  void aTextIsWorthItsPairs() {
+    QFETCH(QString, text);
+    QFETCH(qint64, seconds);
+    QCOMPARE(stringToSeconds(text), seconds);
+  }
+
+  void hugeNumbersDoNotOverflow() {
+    QVERIFY(stringToSeconds(QStringLiteral("99999999999999999 Days")) > 0);
+    QVERIFY(stringToSeconds(QStringLiteral("9223372036854775807 Days 9223372036854775807 Days")) > 0);
+  }
+};
+
+QTEST_GUILESS_MAIN(QuickTimeTest)
+#include "quick_time_test.moc"
