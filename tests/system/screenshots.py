@@ -1,0 +1,77 @@
+#!/usr/bin/python3
+"""screenshots.py FOLDER: a small scene with the running program, photographed for the README."""
+
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+from session import Session
+from stores import BLANK_EXTRA, reminder, write_store
+from waiting import wait_for
+
+HOUR = 3600
+DAY = 24 * HOUR
+MARGIN = 12  # pixels of desktop around what is shown
+WALLPAPER = "#3b5b74"
+WORKDAYS = {"days": [False, True, True, True, True, True, False], "times": [9, 0, 17, 0]}
+
+
+def scene():
+    now = time.time() // 60 * 60
+    return [
+        reminder("Tea is ready: take the leaves out", now),
+        reminder("Call Amina about the concert tickets", now + 40 * 60),
+        reminder("Stand up and stretch", now + HOUR + 300, reminderIntervals=[0, 0, 1, 0],
+                 reminderExtras=WORKDAYS),
+        reminder("Water the plants on the balcony", now + 2 * DAY + 3 * HOUR,
+                 reminderIntervals=[0, 3, 0, 0], reminderExtras=BLANK_EXTRA),
+    ]
+
+
+def photograph(session, windows, path):
+    """What the screen shows where the windows are."""
+    left = max(0, min(window.x for window in windows) - MARGIN)
+    top = max(0, min(window.y for window in windows) - MARGIN - 24)
+    right = max(window.x + window.width for window in windows) + MARGIN
+    bottom = max(window.y + window.height for window in windows) + MARGIN
+    area = f"{right - left}x{bottom - top}+{left}+{top}"
+    subprocess.run(["import", "-window", "root", "-crop", area, "+repage", str(path)],
+                   env=session.environment, check=True)
+
+
+def still(session, find):
+    """Waits until the windows that find() returns have come to rest; returns them."""
+    seen = []
+
+    def same_twice():
+        seen.append(find())
+        return len(seen) > 25 and seen[-1] and len(set(map(tuple, seen[-25:]))) == 1
+
+    wait_for(same_twice, "windows that stay as they are", 20)
+    return seen[-1]
+
+
+def main():
+    folder = Path(sys.argv[1])
+    with Session(tray="xembed") as session:
+        subprocess.run(["xsetroot", "-solid", WALLPAPER], env=session.environment, check=True)
+        write_store(session, scene())
+        session.start_application()
+        desktop = session.desktop
+        alerts = still(session, lambda: [window for window in desktop.windows()
+                                         if window.role == "alert"])
+        photograph(session, alerts, folder / "alert.png")
+        icon = wait_for(lambda: next((window for window in desktop.windows()
+                                      if window.width <= 32 and window.height <= 32), None),
+                        "the tray icon")
+        desktop.click(icon.x + icon.width // 2, icon.y + icon.height // 2, button=3)
+        menu = still(session, lambda: [window for window in desktop.windows()
+                                       if window.plain and window.height > 200])
+        photograph(session, [*menu, icon], folder / "menu.png")
+        desktop.press("Escape")
+        session.quit_application()
+
+
+if __name__ == "__main__":
+    main()
