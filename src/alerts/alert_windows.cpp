@@ -200,6 +200,14 @@ void AlertWindows::deleteReminderOf(AlertWindowController* window) {
     remove(guarded);
 }
 
+Result<void> AlertWindows::hide(qsizetype position) {
+  AlertWindowController* chosen = window(position);
+  if (!chosen)
+    return noSuchAlert(position);
+  chosen->putAway();
+  return {};
+}
+
 void AlertWindows::hideAllCurrentAlerts() {
   for (const WindowPointer& window : m_windows)
     window->putAway();

@@ -12,6 +12,8 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QElapsedTimer>
+#include <QThread>
 
 #include <cstdio>
 
@@ -58,6 +60,22 @@ int failToStart(const Error& error) {
   return 1;
 }
 
+// A store that is held belongs to a command that is about to finish, or to an application that
+// is just starting: then its name appears.
+Result<std::unique_ptr<ReminderStore>> openStore(const Clock& clock) {
+  constexpr qint64 kPatience = 5000; // ms
+  constexpr unsigned long kPause = 10;
+  QElapsedTimer waited;
+  waited.start();
+  for (;;) {
+    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), clock);
+    const bool held = !store && store.error().kind == Error::Kind::Busy;
+    if (!held || isRunning() || waited.elapsed() > kPatience)
+      return store;
+    QThread::msleep(kPause);
+  }
+}
+
 Ports linuxPorts() {
   return {std::make_unique<MessagePrompter>(), std::make_unique<CanberraSoundPlayer>(),
           std::make_unique<LogindPowerEvents>(), std::make_unique<TimerfdWakeTimer>()};
@@ -76,7 +94,7 @@ int runApplication(int argc, char** argv) {
   if (isRunning())
     return showRunningOne();
   const SystemClock clock;
-  auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), clock);
+  auto store = openStore(clock);
   if (!store)
     return isRunning() ? showRunningOne() : failToStart(store.error());
   AppController controller(std::move(*store), linuxPorts());

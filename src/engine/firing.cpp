@@ -110,6 +110,7 @@ bool Firing::doReminder(qsizetype index) {
   (void)m_queue.set<&Columns::reminderDateTimeFired>(index, now);
 
   // From here on event loops may run, and index may be another reminder's.
+  m_actions.fired(record.uuid);
   m_actions.doTask(record.task);
   if (mayEmail && record.sendEmail)
     sendEmail(record, m_settings, m_actions);

@@ -1,0 +1,77 @@
+#include "cli/command_line.h"
+
+#include <QTest>
+
+using namespace tockwise;
+
+namespace {
+QStringList words(const char* text) {
+  return QString::fromUtf8(text).split(u' ');
+}
+} // namespace
+
+class CommandLineTest : public QObject {
+  Q_OBJECT
+ private Q_SLOTS:
+  void wrongWordsAreUsageErrors_data() {
+    QTest::addColumn<QStringList>("words");
+    for (const char* text :
+         {"", "nonsense", "add", "add a b --in x", "add a --in", "add a --whatever", "add a --json",
+          "add a --text b", "list 1", "show", "show 1 2", "delete", "delete 1 --yes", "quit now",
+          "menu --json=1", "edit", "list -x"})
+      QTest::newRow(text) << words(text);
+  }
+  void wrongWordsAreUsageErrors() {
+    QFETCH(QStringList, words);
+    const auto parsed = parseCommandLine(words);
+    QVERIFY(!parsed);
+    QCOMPARE(parsed.error().kind, Error::Kind::Usage);
+    QVERIFY(!parsed.error().message.isEmpty());
+  }
+
+  void optionsStandAnywhere() {
+    const auto parsed =
+        parseCommandLine({QStringLiteral("add"), QStringLiteral("--email"), QStringLiteral("--in=1 Minute"),
+                          QStringLiteral("Tea"), QStringLiteral("--no-sms"), QStringLiteral("--no-task"),
+                          QStringLiteral("--every"), QStringLiteral("day")});
+    QVERIFY(parsed.ok());
+    QCOMPARE(parsed->arguments, QStringList{QStringLiteral("Tea")});
+    QCOMPARE(parsed->reminderOptions,
+             (QVariantMap{{QStringLiteral("email"), true},
+                          {QStringLiteral("sms"), false},
+                          {QStringLiteral("task"), QString()},
+                          {QStringLiteral("in"), QStringLiteral("1 Minute")},
+                          {QStringLiteral("every"), QStringLiteral("day")}}));
+  }
+
+  void afterTwoDashesEverythingIsAnArgument() {
+    const auto parsed = parseCommandLine(words("add --in x -- --json"));
+    QVERIFY(parsed.ok());
+    QCOMPARE(parsed->arguments, QStringList{QStringLiteral("--json")});
+    QVERIFY(!parsed->json);
+  }
+
+  void aValueMayStartWithADash() {
+    const auto parsed = parseCommandLine(words("edit 1 --text -5"));
+    QVERIFY(parsed.ok());
+    QCOMPARE(parsed->reminderOptions.value(QStringLiteral("text")).toString(), QStringLiteral("-5"));
+  }
+
+  void anEmptyTextIsAnArgument() {
+    const auto parsed = parseCommandLine({QStringLiteral("add"), QString(), QStringLiteral("--in"), QStringLiteral("x")});
+    QVERIFY(parsed.ok());
+    QCOMPARE(parsed->arguments, QStringList{QString()});
+  }
+
+  void helpNeedsNoArguments() {
+    const auto parsed = parseCommandLine(words("add --help"));
+    QVERIFY(parsed.ok());
+    QVERIFY(parsed->help);
+    QVERIFY(helpText(parsed->command).contains(QStringLiteral("--between")));
+    for (const CommandSpec& command : commandTable())
+      QVERIFY(helpText(nullptr).contains(QStringLiteral("tockwise ") + QStringView(command.name)));
+  }
+};
+
+QTEST_GUILESS_MAIN(CommandLineTest)
+#include "command_line_test.moc"
