@@ -28,8 +28,7 @@ struct World {
   RecordingFiringActions actions;
   Firing firing{queue, settings, clock, actions};
   bool sortsByText = false;
-  Tick tick{queue, firing, clock,
-            {[this] { sort(); }, [] {}, [] {}, [] {}, [] { return 0ms; }}};
+  Tick tick{queue, firing, clock, {[this] { sort(); }, [] {}, [] {}, [] {}, [] { return 0ms; }}};
   std::vector<std::pair<double, QString>> fired; // second, reminder
 
   void sort() {
@@ -220,8 +219,7 @@ std::optional<Event> eventOf(History& history, Date now, bool& asleep) {
     static const char* const zones[] = {"America/New_York", "Europe/Berlin", "Asia/Kolkata",
                                         "Australia/Lord_Howe", "Pacific/Apia"};
     event->zone = zones[history.below(5)];
-  }
-  else if (history.below(200) == 0) {
+  } else if (history.below(200) == 0) {
     add(Event::Sleep);
     asleep = true;
   }
