@@ -117,29 +117,35 @@ void ExportedMenu::takeMenu() {
 bool ExportedMenu::synchronizeLevel(int parent, std::vector<MenuEntry> entries) {
   Level old = std::exchange(m_levels[parent], {});
   const MenuChanges changes = menuChanges(old.entries, entries);
-  std::vector<bool> gone(old.ids.size());
-  for (const qsizetype position : changes.removed) {
-    gone[size_t(position)] = true;
-    forget(old.ids[size_t(position)]);
+  std::vector<bool> removed(old.ids.size());
+  std::vector<bool> moved(old.ids.size());
+  for (const qsizetype position : changes.removed)
+    removed[size_t(position)] = true;
+  for (const qsizetype position : changes.movedFrom) {
+    if (position >= 0)
+      moved[size_t(position)] = true;
+  }
+  for (size_t i = 0; i < old.ids.size(); ++i) {
+    if (removed[i] && !moved[i])
+      forget(old.ids[i]);
   }
   Level level;
   level.entries = std::move(entries);
   level.ids.reserve(level.entries.size());
   level.sent.reserve(level.entries.size());
-  size_t from = 0;
-  auto inserted = changes.inserted.begin();
+  size_t kept = 0;
+  size_t inserted = 0;
   for (size_t position = 0; position < level.entries.size(); ++position) {
-    if (inserted != changes.inserted.end() && *inserted == qsizetype(position)) {
-      level.ids.push_back(m_nextId++);
-      level.sent.push_back(0);
-      ++inserted;
+    qsizetype from = -1;
+    if (inserted < changes.inserted.size() && changes.inserted[inserted] == qsizetype(position)) {
+      from = changes.movedFrom[inserted++];
     } else {
-      while (gone[from])
-        ++from;
-      level.ids.push_back(old.ids[from]);
-      level.sent.push_back(old.sent[from]);
-      ++from;
+      while (removed[kept])
+        ++kept;
+      from = qsizetype(kept++);
     }
+    level.ids.push_back(from < 0 ? m_nextId++ : old.ids[size_t(from)]);
+    level.sent.push_back(from < 0 ? 0 : old.sent[size_t(from)]);
     if (!changes.isEmpty())
       m_places[level.ids.back()] = {parent, qsizetype(position)};
   }
