@@ -311,6 +311,19 @@ void ExportedMenu::sendSignal(const QString& name, const QVariantList& arguments
   m_connection.send(signal);
 }
 
+QList<DbusItemProperties> ExportedMenu::groupProperties(const QList<int>& ids,
+                                                        const QStringList& names) {
+  if (m_levels.isEmpty())
+    takeMenu();
+  QList<DbusItemProperties> items;
+  for (const int id : ids) {
+    const MenuEntry* entry = entryOf(id);
+    if (entry || id == 0)
+      items += {id, filtered(entry ? propertiesOf(*entry) : rootProperties(), names)};
+  }
+  return items;
+}
+
 QDBusMessage ExportedMenu::answer(const QDBusMessage& message) {
   const QString member = message.member();
   const QVariantList arguments = message.arguments();
@@ -323,17 +336,8 @@ QDBusMessage ExportedMenu::answer(const QDBusMessage& message) {
     return message.createReply({m_revision, QVariant::fromValue(node)});
   }
   if (member == u"GetGroupProperties" && arguments.size() == 2) {
-    if (m_levels.isEmpty())
-      takeMenu();
-    QList<DbusItemProperties> items;
-    const auto ids = qdbus_cast<QList<int>>(arguments[0]);
-    for (const int id : ids) {
-      const MenuEntry* entry = entryOf(id);
-      if (entry || id == 0)
-        items += {id, filtered(entry ? propertiesOf(*entry) : rootProperties(),
-                               arguments[1].toStringList())};
-    }
-    return message.createReply(QVariant::fromValue(items));
+    return message.createReply(QVariant::fromValue(
+        groupProperties(qdbus_cast<QList<int>>(arguments[0]), arguments[1].toStringList())));
   }
   if (member == u"GetProperty" && arguments.size() == 2) {
     const MenuEntry* entry = entryOf(arguments[0].toInt());
