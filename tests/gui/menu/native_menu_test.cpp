@@ -118,6 +118,21 @@ class NativeMenuTest : public QObject {
     QCOMPARE(test.menu.activeAction(), test.action(test.bins));
   }
 
+  void aReorderedItemKeepsItsActionAndItsHighlight() {
+    OpenMenu test;
+    test.open();
+    const QList<QAction*> before = test.menu.actions();
+    for (const QString& uuid : {test.tea, test.bins}) {
+      QAction* title = test.action(uuid);
+      test.menu.setActiveAction(title);
+      QVERIFY(test.fixture.queue.permute({2, 1, 0}));
+      test.menu.refresh();
+      QCOMPARE(test.action(uuid), title);
+      QCOMPARE(test.menu.activeAction(), title);
+    }
+    QCOMPARE(test.menu.actions(), before);
+  }
+
   void aClickCarriesTheIdentityThoughTheQueueWasReordered() {
     OpenMenu test;
     test.open();

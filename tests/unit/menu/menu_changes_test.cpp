@@ -86,6 +86,13 @@ class MenuChangesTest : public QObject {
     }
   }
 
+  void whatMovesIsToldFromWhatIsNew() {
+    const MenuChanges changes = menuChanges(entries(u"abcd"), entries(u"xbcda"));
+    QCOMPARE(changes.removed, (std::vector<qsizetype>{0}));
+    QCOMPARE(changes.inserted, (std::vector<qsizetype>{0, 4}));
+    QCOMPARE(changes.movedFrom, (std::vector<qsizetype>{-1, 0}));
+  }
+
   void itemsWithoutReminderAreTheSameInTheSameRow() {
     const MenuEntry first{MenuItemKind::Command, 1, {}};
     const MenuEntry second{MenuItemKind::Command, 2, {}};
