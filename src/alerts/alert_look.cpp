@@ -51,8 +51,8 @@ QPalette alertPalette(const QPalette& desktop) {
   // Paper is the lighter of the two in a light theme; a dark theme's window colour is easier on
   // the eyes than its nearly black text fields.
   const QColor ground = isDark(desktop) ? window : base;
-  const QColor ink = isDark(desktop) ? desktop.color(QPalette::WindowText)
-                                     : desktop.color(QPalette::Text);
+  const QColor ink =
+      isDark(desktop) ? desktop.color(QPalette::WindowText) : desktop.color(QPalette::Text);
   palette.setColor(QPalette::Window, ground);
   palette.setColor(QPalette::Base, ground);
   palette.setColor(QPalette::WindowText, ink);
@@ -83,6 +83,12 @@ QPushButton#okButton:hover { background: @accentHover; }
 QPushButton#okButton:pressed { background: @accentPressed; }
 QPushButton#okButton:focus { border: 2px solid @focusOnAccent; padding: 5px 25px; }
 QPushButton#deleteButton { color: @danger; }
+QScrollBar:vertical { background: transparent; width: 10px; margin: 0; }
+QScrollBar::handle:vertical { background: @line; border-radius: 4px; min-height: 28px;
+  margin-left: 2px; }
+QScrollBar::handle:vertical:hover { background: @dim; }
+QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }
+QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }
 )");
   const QColor danger = isDark(palette) ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
   const std::pair<const char*, QColor> colours[] = {

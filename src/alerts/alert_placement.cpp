@@ -5,7 +5,7 @@
 namespace tockwise {
 namespace {
 
-constexpr int kStep = 36;        // a title bar and a little of what is below it
+constexpr int kStep = 36;         // a title bar and a little of what is below it
 constexpr int kMostCompared = 16; // bounds the work when a queue of alerts opens at once
 
 QPoint keptInside(QPoint corner, QSize size, const QRect& area) {
@@ -64,18 +64,28 @@ QList<QPoint> candidates(QPoint centre, QSize size, const QRect& area) {
 
 } // namespace
 
-QPoint placeAlert(QSize size, const QRect& workArea, const QList<QRect>& others) {
-  const QPoint centre = keptInside(
-      workArea.center() - QPoint(size.width() / 2, size.height() / 2), size, workArea);
-  const QList<QRect> compared = others.mid(std::max<qsizetype>(0, others.size() - kMostCompared));
-  for (const QPoint& candidate : candidates(centre, size, workArea)) {
-    if (keptInside(candidate, size, workArea) == candidate &&
-        everyoneIsSeen(QRect(candidate, size), compared))
-      return candidate;
+QPoint placeAlert(QSize size, const QRect& workArea, const QList<QRect>& alerts,
+                  const QList<QRect>& clear) {
+  const QPoint centre =
+      keptInside(workArea.center() - QPoint(size.width() / 2, size.height() / 2), size, workArea);
+  const QList<QRect> compared = alerts.mid(std::max<qsizetype>(0, alerts.size() - kMostCompared));
+  const QList<QPoint> places = candidates(centre, size, workArea);
+  for (const bool keepClear : {true, false}) {
+    for (const QPoint& place : places) {
+      const QRect candidate(place, size);
+      const bool covers = std::any_of(clear.begin(), clear.end(), [&](const QRect& rect) {
+        return rect.intersects(candidate);
+      });
+      if (keptInside(place, size, workArea) == place && !(keepClear && covers) &&
+          everyoneIsSeen(candidate, compared + (keepClear ? QList<QRect>() : clear)))
+        return place;
+    }
+    if (clear.isEmpty())
+      break;
   }
   const int width = std::max(1, workArea.width() - size.width());
   const int height = std::max(1, workArea.height() - size.height());
-  const int turn = int(others.size()) * kStep;
+  const int turn = int(alerts.size()) * kStep;
   return workArea.topLeft() + QPoint(turn % width, turn % height);
 }
 

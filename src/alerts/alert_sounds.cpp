@@ -20,15 +20,17 @@ const QString kPickRandomly = QStringLiteral("pickSoundRandomly");
 
 AlertSounds::AlertSounds(Settings& settings, SoundPlayer& player, QStringList folders,
                          RandomSource random)
-    : m_settings(settings), m_player(player), m_folders(std::move(folders)),
+    : m_settings(settings),
+      m_player(player),
+      m_folders(std::move(folders)),
       m_random(std::move(random)) {}
 
 QStringList AlertSounds::standardFolders() {
   QStringList folders{QDir::cleanPath(QCoreApplication::applicationDirPath() +
                                       QStringLiteral("/../share/tockwise/sounds"))};
-  folders += QStandardPaths::locateAll(QStandardPaths::GenericDataLocation,
-                                       QStringLiteral("tockwise/sounds"),
-                                       QStandardPaths::LocateDirectory);
+  folders +=
+      QStandardPaths::locateAll(QStandardPaths::GenericDataLocation,
+                                QStringLiteral("tockwise/sounds"), QStandardPaths::LocateDirectory);
   folders.removeDuplicates();
   return folders;
 }
@@ -72,7 +74,7 @@ QString AlertSounds::find(const QString& name) const {
 }
 
 QString AlertSounds::pathOfSound(const QString& name) const {
-  const QString path = find(name);
+  QString path = find(name);
   return path.isEmpty() ? find(QString::fromUtf16(kFallbackSound)) : path;
 }
 

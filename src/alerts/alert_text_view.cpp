@@ -5,7 +5,9 @@
 #include <QTextBlock>
 #include <QTextCursor>
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace tockwise {
 namespace {
@@ -35,8 +37,8 @@ struct Link {
 qsizetype trimmedLength(const QString& address) {
   qsizetype length = address.size();
   while (length > 0 && QStringLiteral(".,;:!?'\")]}").contains(address[length - 1])) {
-    const bool closesItsOwn = address[length - 1] == u')' && address.left(length).count(u'(') >=
-                                                                 address.left(length).count(u')');
+    const bool closesItsOwn = address[length - 1] == u')' &&
+                              address.left(length).count(u'(') >= address.left(length).count(u')');
     if (closesItsOwn)
       break;
     --length;
@@ -94,12 +96,19 @@ void AlertTextView::setReminderText(const QString& text) {
 
 void AlertTextView::fitContents(int maximumHeight) {
   const int em = fontMetrics().height();
-  document()->setTextWidth(-1);
-  const int ideal = int(std::ceil(document()->idealWidth())) + 2;
-  const bool isLong = document()->characterCount() > 600;
+  // Measured on a copy: the view keeps laying its own document out for its present width.
+  const std::unique_ptr<QTextDocument> copy(document()->clone());
+  copy->setDefaultFont(document()->defaultFont());
+  copy->setDocumentMargin(0);
+  QTextOption wrapping = copy->defaultTextOption();
+  wrapping.setWrapMode(wordWrapMode());
+  copy->setDefaultTextOption(wrapping);
+  copy->setTextWidth(-1);
+  const int ideal = int(std::ceil(copy->idealWidth())) + 2;
+  const bool isLong = copy->characterCount() > 600;
   const int width = std::clamp(ideal, em * 17, em * (isLong ? 34 : 27));
-  document()->setTextWidth(width);
-  const int height = int(std::ceil(document()->size().height()));
+  copy->setTextWidth(width);
+  const int height = int(std::ceil(copy->size().height())) + 1;
   m_fitted = {width, std::max(height, em * 2)};
   if (m_fitted.height() > maximumHeight)
     m_fitted = {width + verticalScrollBar()->sizeHint().width() + 4, maximumHeight};

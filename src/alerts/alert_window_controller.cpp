@@ -17,6 +17,11 @@ namespace {
 constexpr QStringView kDatePattern = u"EEEE, MMMM dd, yyyy hh:mm a";
 constexpr qsizetype kLongestTitle = 40;
 
+QString titleOf(const QString& reminder) {
+  const QString line = cutText(reminder.simplified(), kLongestTitle);
+  return line.isEmpty() ? QStringLiteral("Tockwise") : line + QStringLiteral(" \u2013 Tockwise");
+}
+
 } // namespace
 
 AlertWindowController::AlertWindowController(AlertRequest request, AlertLevel level,
@@ -27,8 +32,7 @@ AlertWindowController::AlertWindowController(AlertRequest request, AlertLevel le
   setAttribute(Qt::WA_ShowWithoutActivating);
   m_ui->setupUi(this);
   setWindowRole(QStringLiteral("alert"));
-  setWindowTitle(cutText(m_request.reminder.simplified(), kLongestTitle) +
-                 QStringLiteral(" \u2013 Tockwise"));
+  setWindowTitle(titleOf(m_request.reminder));
   applyLook();
   windowDidLoad(unarchive);
   m_guard = new KeyGuard(this);
@@ -87,7 +91,7 @@ void AlertWindowController::fit(const QRect& workArea) {
   resize(sizeHint().boundedTo(workArea.size()));
 }
 
-void AlertWindowController::open(QPoint corner) {
+void AlertWindowController::present(QPoint corner) {
   move(corner);
   winId(); // makes the native window, so that its first exposure can be seen
   windowHandle()->installEventFilter(this);

@@ -48,14 +48,13 @@ class AlertWindowController final : public QDialog {
   bool emailState() const;
   bool smsState() const;
 
-  /// Maps the window for the first time, there and with that largest height of the text, behind
-  /// the keyboard.
-  void open(QPoint corner);
-  /// Lays the window out for that work area; before open().
+  /// Lays the window out for its contents, at most as large as that work area.
   void fit(const QRect& workArea);
+  /// Maps it for the first time, its frame's top left corner there, without the keyboard.
+  void present(QPoint corner);
   /// Brings it to the front without the keyboard.
   void expose();
-  /// Brings it to the front again after it was hidden.
+  /// Maps it again after it was hidden, where it stood, and brings it to the front.
   void bringBack();
   /// Takes it off the screen and remembers where it was.
   void putAway();

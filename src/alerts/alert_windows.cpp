@@ -2,8 +2,8 @@
 
 #include "alerts/alert_placement.h"
 
+#include <QApplication>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QPointer>
 #include <QScreen>
 #include <QTimer>
@@ -33,6 +33,19 @@ QScreen* screenWithPointer() {
   return screen ? screen : QGuiApplication::primaryScreen();
 }
 
+/// The questions and editors of ours that are on the screen.
+QList<QRect> openDialogs() {
+  QList<QRect> result;
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  for (const QWidget* window : windows) {
+    const bool isDialog = window->isVisible() && window->windowType() == Qt::Dialog &&
+                          !qobject_cast<const AlertWindowController*>(window);
+    if (isDialog)
+      result += window->frameGeometry();
+  }
+  return result;
+}
+
 Error noSuchAlert(qsizetype position) {
   return Error{Error::Kind::OutOfRange,
                QStringLiteral("there is no alert at position %1").arg(position)};
@@ -42,7 +55,10 @@ Error noSuchAlert(qsizetype position) {
 
 AlertWindows::AlertWindows(const ReminderQueue& queue, AlertSounds& sounds, Prompter& prompter,
                            UnarchiveText unarchive, QObject* parent)
-    : QObject(parent), m_queue(queue), m_sounds(sounds), m_prompter(prompter),
+    : QObject(parent),
+      m_queue(queue),
+      m_sounds(sounds),
+      m_prompter(prompter),
       m_unarchive(std::move(unarchive)) {}
 
 AlertWindows::~AlertWindows() {
@@ -82,7 +98,7 @@ void AlertWindows::place(AlertWindowController& window) const {
     if (other.get() != &window && other->isVisible())
       others += other->frameGeometry();
   }
-  window.open(placeAlert(window.size() + QSize(0, kTitleBar), workArea, others));
+  window.present(placeAlert(window.size() + QSize(0, kTitleBar), workArea, others, openDialogs()));
 }
 
 void AlertWindows::keepLevels() {
@@ -161,8 +177,8 @@ void AlertWindows::remindAgainFrom(AlertWindowController* window) {
   if (window->isDismissed())
     return;
   const AlertRequest& alert = window->request();
-  const RemindAgainRequest request{alert.reminderType,  alert.reminder,       alert.RTFData,
-                                   window->smsState(),  window->emailState(), alert.reminderUUID};
+  const RemindAgainRequest request{alert.reminderType, alert.reminder,       alert.RTFData,
+                                   window->smsState(), window->emailState(), alert.reminderUUID};
   window->dismiss();
   const QPointer<AlertWindowController> guarded(window);
   Q_EMIT remindAgainRequested(request);
@@ -182,6 +198,14 @@ void AlertWindows::deleteReminderOf(AlertWindowController* window) {
     m_remover->removeReminder(rescheduledReminderIndex(window->request().RTFData));
   if (guarded)
     remove(guarded);
+}
+
+Result<void> AlertWindows::hide(qsizetype position) {
+  AlertWindowController* chosen = window(position);
+  if (!chosen)
+    return noSuchAlert(position);
+  chosen->putAway();
+  return {};
 }
 
 void AlertWindows::hideAllCurrentAlerts() {

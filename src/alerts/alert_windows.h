@@ -65,6 +65,8 @@ class AlertWindows final : public QObject, public CurrentAlerts {
   // Each of these fails with OutOfRange when there is no such position.
   /// Brings the window to the front without giving it the keyboard.
   Result<void> exposeCurrentAlert(qsizetype position);
+  /// Takes the window off the screen; it stays open.
+  Result<void> hide(qsizetype position);
   /// Dismisses the alert.
   Result<void> OK(qsizetype position);
   /// Closes the window, emits remindAgainRequested, and takes the alert off the list when the

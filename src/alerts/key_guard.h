@@ -19,8 +19,8 @@ class KeyGuard final : public QObject {
   /// Watches window and every widget that is in it now; lives as long as window.
   explicit KeyGuard(QWidget* window);
 
-  /// From now on keys are swallowed (also whenever the window becomes the active one), until none came for kRestMilliseconds or the mouse was
-  /// pressed in the window.
+  /// From now on keys are swallowed (also whenever the window becomes the active one), until none
+  /// came for kRestMilliseconds or the mouse was pressed in the window.
   void start();
   bool isGuarding() const { return m_rest.isActive(); }
 

@@ -59,7 +59,7 @@ void SentBox::paintEvent(QPaintEvent*) {
 
   painter.setPen(hasFocus() ? QPen(alertAccent(palette()), 1.5) : QPen(Qt::NoPen));
   painter.setBrush(isChecked() ? QBrush(mixed(alertAccent(palette()), background, 0.2))
-                               : QBrush(mixed(text, background, 0.06)));
+                               : QBrush(Qt::NoBrush));
   painter.drawRoundedRect(outline, radius, radius);
 
   QRect mark(kSide, (height() - kMark) / 2, kMark, kMark);

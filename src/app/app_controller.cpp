@@ -29,6 +29,7 @@ std::vector<OpenAlert> openAlerts(const AlertWindows& alerts) {
 
 AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, QObject* parent)
     : QObject(parent), m_store(std::move(store)), m_ports(std::move(ports)),
+      m_richTitles([](const QByteArray&) { return std::optional<RichText>(); }),
       m_sounds(m_store->preferences(), *m_ports.soundPlayer, AlertSounds::standardFolders(),
                AlertSounds::systemRandom()),
       m_alerts(m_store->queue(), m_sounds, *m_ports.prompter),
@@ -38,11 +39,11 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
       m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter,
              [this] { m_store->saveDefaults(); }),
       m_firing(m_store->queue(), m_store->preferences(), m_store->clock(), *this),
-      m_tick(m_store->queue(), m_store->clock(), m_firing,
-             {[this] { m_sort.sort(); }, [this] { m_store->preferences().synchronize(); },
-              [this] { m_store->saveDefaults(); }, [this] { Q_EMIT dataModified(); }}),
+      m_tick(m_store->queue(), m_firing, m_store->clock(), tickActions()),
       m_tickTimer(m_tick, *m_ports.wakeTimer, *m_ports.powerEvents, m_store->clock()),
-      m_commands(*m_store, [this] { changed(); }) {
+      m_commands(*m_store, [this] { changed(); }),
+      m_tray([this] { return currentMenuInput(&m_richTitles); }),
+      m_storeWatch(m_store->preferences().paths().file) {
   m_alerts.setReminderRemover(&m_removeReminder);
   m_sounds.buildSoundList();
   connectAll();
@@ -50,20 +51,24 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
 
 AppController::~AppController() = default;
 
+TickActions AppController::tickActions() {
+  return {[this] { m_sort.sort(); }, [this] { m_store->preferences().synchronize(); },
+          [this] { m_store->saveDefaults(); }, [this] { Q_EMIT dataModified(); },
+          systemSteadyTime};
+}
+
 void AppController::connectAll() {
   connect(&m_alerts, &AlertWindows::opened, this, &AppController::alertOpened);
   connect(&m_alerts, &AlertWindows::closed, this, &AppController::alertClosed);
   connect(&m_alerts, &AlertWindows::countChanged, this, &AppController::showState);
   connect(&m_alerts, &AlertWindows::remindAgainRequested, this, &AppController::remindAgain);
   connect(&m_tickTimer, &TickTimer::ticked, this, &AppController::showState);
+  connect(&m_storeWatch, &StoreWatch::changed, &m_tickTimer, &TickTimer::poke);
   connect(&m_tray, &TrayController::activated, this, &AppController::perform);
   connect(&m_tray, &TrayController::visibilityChanged, &m_tickTimer, &TickTimer::setEverySecond);
-
-  PreferencesStore& preferences = m_store->preferences();
-  preferences.onWriteFailure = [this](const Error& error) {
+  m_store->preferences().onWriteFailure = [this](const Error& error) {
     m_ports.prompter->tell(QString::fromUtf16(kWriteFailureTitle), writeFailureText(error));
   };
-  preferences.onChangedByOthers = [this] { m_tickTimer.poke(); };
 }
 
 void AppController::start() {
@@ -74,14 +79,13 @@ void AppController::start() {
 }
 
 void AppController::changed() {
-  m_tickTimer.tickNow();
+  m_tickTimer.poke();
 }
 
-// What can be seen of the program's state, brought up to date; each receiver compares first.
+// What can be seen of the program's state, brought up to date; whoever shows it compares first.
 void AppController::showState() {
-  const Settings& settings = m_store->preferences();
-  m_tray.setClockOption(settings.integer(QStringLiteral("clockoption")));
-  m_tray.setTitle(statusTitle(0, m_alerts.count()));
+  m_tray.setClockOption(m_store->preferences().integer(QStringLiteral("clockoption")));
+  m_tray.setStatusTitle(statusTitle(0, m_alerts.count()));
   m_tray.refresh();
   if (const quint64 revision = m_store->queue().revision(); revision != m_announcedRevision) {
     m_announcedRevision = revision;
@@ -89,8 +93,12 @@ void AppController::showState() {
   }
 }
 
-std::vector<MenuItem> AppController::menuItems() const {
-  return buildStatusMenu(menuInput(*m_store, openAlerts(m_alerts), nullptr), Calendar::current());
+MenuInput AppController::currentMenuInput(RichTitles* richTitles) const {
+  return menuInput(*m_store, openAlerts(m_alerts), richTitles);
+}
+
+std::vector<MenuItem> AppController::menuItems() {
+  return buildStatusMenu(currentMenuInput(&m_richTitles), Calendar::current());
 }
 
 QJsonArray AppController::alertsJson() const {
@@ -149,12 +157,10 @@ void AppController::perform(const MenuActivation& activation) {
          if (self.mayQuit(QuitMode::Ask))
            self.quitNow();
        }},
-      {QStringLiteral("about"), [](AppController&, const MenuActivation&) { showAbout(); }},
+      {QStringLiteral("about"), [](AppController& self, const MenuActivation&) { tockwise::about(*self.m_ports.prompter); }},
       {QStringLiteral("deleteMenuItem"),
        [](AppController& self, const MenuActivation& chosen) {
-         if (const auto index = self.m_store->queue().indexOf(chosen.reminderUUID))
-           self.m_removeReminder.removeReminder(*index);
-         self.changed();
+         self.deleteMenuItem(chosen.reminderUUID);
        }},
       {QStringLiteral("exposeCurrentAlert"),
        [](AppController& self, const MenuActivation& chosen) {
@@ -169,7 +175,17 @@ void AppController::perform(const MenuActivation& activation) {
        [](AppController& self, const MenuActivation&) { self.m_alerts.closeAllCurrentAlerts(); }}};
   if (const auto operation = operations.find(activation.action); operation != operations.end()) {
     operation->second(*this, activation);
-  } else if (m_sort.chooseOrder(activation.action)) {
+  } else if (const auto order = sortTypeOfAction(activation.action)) {
+    m_sort.sortBy(*order);
+    changed();
+  }
+}
+
+// removeReminder asks the question, once; the identity is found again where it stands.
+void AppController::deleteMenuItem(const QString& reminderUUID) {
+  if (const auto index = m_store->queue().indexOf(reminderUUID)) {
+    m_removeReminder.removeReminder(*index);
+    Q_EMIT dataModified();
     changed();
   }
 }
@@ -200,8 +216,31 @@ void AppController::remindAgain(const RemindAgainRequest& request) {
   changed();
 }
 
+// Tasks, mail and text messages have no subsystem yet: firing goes on to the alert, which shows
+// what the reminder itself is set to send.
+void AppController::doTask(const Task& task) {
+  if (!task.blank)
+    logLine(QStringLiteral("This version opens no tasks: %1").arg(task.path));
+}
+
+void AppController::sendEmailWithSubject(const QString&, const QString&) {
+  logLine(QStringLiteral("This version sends no e-mail"));
+}
+
+bool AppController::sendEmailWithSubjectAndHTMLMessage(const QString&, const QByteArray&) {
+  return false;
+}
+
+void AppController::sendSMSWithSubject(const QString&, const QString&) {
+  logLine(QStringLiteral("This version sends no text messages"));
+}
+
 void AppController::openAlert(const AlertRequest& request) {
   m_alerts.open(request);
+}
+
+void AppController::fired(const QString& reminderUUID) {
+  Q_EMIT reminderFired(reminderUUID);
 }
 
 } // namespace tockwise

@@ -8,10 +8,12 @@
 #include "alerts/remove_reminder.h"
 #include "app/command_service.h"
 #include "app/ports.h"
+#include "app/store_watch.h"
 #include "engine/firing.h"
 #include "engine/tick.h"
 #include "engine/tick_timer.h"
 #include "menu/menu_item.h"
+#include "menu/rich_titles.h"
 #include "menu/sort/queue_sort.h"
 #include "menu/ui/tray_controller.h"
 
@@ -34,7 +36,7 @@ class AppController final : public QObject, private FiringActions {
 
   CommandService& commands() { return m_commands; }
   /// The status menu as it would be shown now.
-  std::vector<MenuItem> menuItems() const;
+  std::vector<MenuItem> menuItems();
   QJsonArray alertsJson() const;
   /// action: ok, again, delete, show, hide or ok-all; position: counted from 1, or 0 for the
   /// oldest alert (show and hide: all of them).
@@ -53,6 +55,9 @@ class AppController final : public QObject, private FiringActions {
   void alertOpened(const QString& reminderUUID);
   void alertClosed(const QString& reminderUUID);
 
+  /// The data changed; for synchronisation.
+  void dataModified();
+
  private:
   void doTask(const Task& task) override;
   void sendEmailWithSubject(const QString& subject, const QString& message) override;
@@ -62,13 +67,29 @@ class AppController final : public QObject, private FiringActions {
   void openAlert(const AlertRequest& request) override;
   void fired(const QString& reminderUUID) override;
 
+  TickActions tickActions();
   void connectAll();
+  MenuInput currentMenuInput(RichTitles* richTitles) const;
   void changed();
-  void announce();
+  void showState();
+  void deleteMenuItem(const QString& reminderUUID);
   void remindAgain(const RemindAgainRequest& request);
 
   std::unique_ptr<ReminderStore> m_store;
   Ports m_ports;
+  RichTitles m_richTitles;
+  AlertSounds m_sounds;
+  AlertWindows m_alerts;
+  RemoveReminder m_removeReminder;
+  QuitQuestion m_quitQuestion;
+  QueueSort m_sort;
+  Firing m_firing;
+  Tick m_tick;
+  TickTimer m_tickTimer;
+  CommandService m_commands;
+  TrayController m_tray;
+  StoreWatch m_storeWatch;
+  quint64 m_announcedRevision = 0;
 };
 
 } // namespace tockwise

@@ -96,7 +96,7 @@ bool CommandAdaptor::Quit(bool yes, const QDBusMessage& message) {
   QMetaObject::invokeMethod(
       this,
       [this, yes, message] {
-        const bool quits = m_controller.mayQuit(yes ? QuitQuestion::Omit : QuitQuestion::Ask);
+        const bool quits = m_controller.mayQuit(yes ? QuitMode::Omit : QuitMode::Ask);
         QDBusConnection::sessionBus().send(message.createReply(quits));
         if (quits)
           m_controller.quitNow();
@@ -125,7 +125,7 @@ void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&) {
 void ApplicationAdaptor::ActivateAction(const QString& name, const QVariantList&,
                                         const QVariantMap&) {
   if (name == u"quit")
-    m_controller.perform({QStringLiteral("quit"), 0, {}});
+    m_controller.perform({QStringLiteral("quit"), 0, {}, {}});
   else
     m_controller.showMenu();
 }

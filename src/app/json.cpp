@@ -18,7 +18,7 @@ template <typename Numbers> QJsonArray numbersToJson(const Numbers& numbers) {
 QJsonValue toJson(Date date) {
   if (isDistantPast(date))
     return QJsonValue::Null;
-  return isoUtcText(date);
+  return iso8601UTC(date);
 }
 QJsonValue toJson(qint64 number) {
   return number;

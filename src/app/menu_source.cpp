@@ -1,8 +1,8 @@
 #include "app/menu_source.h"
 
 #include "dates/calendar.h"
-#include "menu/sort/queue_sort.h"
 #include "menu/status_menu.h"
+#include "menu/status_menu_tables.h"
 
 namespace tockwise {
 namespace {
@@ -18,12 +18,29 @@ QSet<QString> availableActions() {
       QStringLiteral("hideAllCurrentAlerts"),
       QStringLiteral("closeAllCurrentAlerts"),
   };
-  for (const SortOrder& order : sortOrders())
-    actions.insert(QString::fromUtf16(order.action));
+  for (const auto& item : menu_tables::fixedItems(MenuItemKind::SortOrder))
+    actions.insert(QString::fromUtf16(item.action));
   return actions;
 }
 
+// Null for a setting that names no order; unlike asking the sort, looking at it does not beep.
+QString orderText(qint64 sortType) {
+  const auto orders = sortOrders();
+  if (sortType < 1 || sortType > qint64(orders.size()))
+    return {};
+  return QString::fromUtf16(orders[size_t(sortType - 1)].text);
+}
+
 } // namespace
+
+std::optional<SortType> sortTypeOfAction(const QString& action) {
+  const auto items = menu_tables::fixedItems(MenuItemKind::SortOrder);
+  for (size_t i = 0; i < items.size(); ++i) {
+    if (action == QStringView(items[i].action))
+      return SortType(i + 1);
+  }
+  return std::nullopt;
+}
 
 MenuInput menuInput(const ReminderStore& store, std::vector<OpenAlert> openAlerts,
                     RichTitles* richTitles) {
@@ -32,7 +49,7 @@ MenuInput menuInput(const ReminderStore& store, std::vector<OpenAlert> openAlert
   input.recentReminders = store.recentReminders().entries();
   input.settings = &store.preferences();
   input.openAlerts = std::move(openAlerts);
-  input.sortTypeText = sortTypeText(store.preferences().integer(QStringLiteral("sortType")));
+  input.sortTypeText = orderText(store.preferences().integer(QStringLiteral("sortType")));
   input.now = store.clock().now();
   input.richTitles = richTitles;
   input.availableActions = availableActions();

@@ -110,8 +110,8 @@ QString helpText(const CommandSpec* command) {
              .arg(QStringView(command->name), QStringView(command->synopsis),
                   QStringView(command->help));
   for (const OptionSpec& option : command->options) {
-    const QString name =
-        QStringLiteral("--") + QStringView(option.name) + (option.takesValue ? u" ..." : u"");
+    const QString name = QStringLiteral("--%1%2").arg(
+        QStringView(option.name), option.takesValue ? QStringView(u" ...") : QStringView());
     text += QStringLiteral("  %1 %2\n").arg(name, -14).arg(QStringView(option.help));
   }
   return text;

@@ -33,6 +33,8 @@ class FiringActions {
                                                   const QByteArray& RTFData) = 0;
   virtual void sendSMSWithSubject(const QString& subject, const QString& message) = 0;
   virtual void openAlert(const AlertRequest& request) = 0;
+  /// The reminder was counted as fired; comes before all others.
+  virtual void fired(const QString& reminderUUID) = 0;
 };
 
 /// Main thread.

@@ -5,8 +5,9 @@
 #include <QByteArray>
 #include <QFile>
 
-#include <atomic>
 #include <canberra.h>
+
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -130,10 +131,11 @@ class CanberraSoundPlayer::Worker {
       --m_sounding;
       m_changed.notify_all();
     }
-    const bool failed = error != CA_SUCCESS && error != CA_ERROR_CANCELED &&
-                        error != CA_ERROR_DESTROYED;
+    const bool failed =
+        error != CA_SUCCESS && error != CA_ERROR_CANCELED && error != CA_ERROR_DESTROYED;
     if (failed && !m_reported.exchange(true))
-      logLine(QStringLiteral("Sounds can't be played: %1").arg(QString::fromUtf8(ca_strerror(error))));
+      logLine(
+          QStringLiteral("Sounds can't be played: %1").arg(QString::fromUtf8(ca_strerror(error))));
   }
 
   std::mutex m_mutex;

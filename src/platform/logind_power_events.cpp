@@ -36,10 +36,8 @@ LogindPowerEvents::LogindPowerEvents(const QDBusConnection& bus, QObject* parent
   m_watcher.setConnection(m_bus);
   m_watcher.addWatchedService(kService);
   m_watcher.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
-  connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this,
-          [this] { takeInhibitor(); });
-  connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
-          [this] { logindWent(); });
+  connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { takeInhibitor(); });
+  connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { logindWent(); });
   // Any program may send a signal of that name; only logind's counts.
   m_bus.connect(kService, kPath, kInterface, QStringLiteral("PrepareForSleep"), this,
                 SLOT(prepareForSleep(bool)));

@@ -84,6 +84,7 @@ class RecordingFiringActions final : public FiringActions {
   std::vector<QString> htmlSubjects;
   std::vector<AlertRequest> alerts;
   bool htmlSucceeds = true;
+  std::vector<QString> firedReminders;
 
   void doTask(const Task& task) override {
     calls += QStringLiteral("task");
@@ -102,6 +103,7 @@ class RecordingFiringActions final : public FiringActions {
     calls += QStringLiteral("sms");
     texts.push_back({subject, message});
   }
+  void fired(const QString& reminderUUID) override { firedReminders.push_back(reminderUUID); }
   void openAlert(const AlertRequest& request) override {
     calls += QStringLiteral("alert");
     alerts.push_back(request);

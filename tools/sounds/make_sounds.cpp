@@ -24,9 +24,9 @@ Samples silence(double seconds) {
 }
 
 struct Partial {
-  double ratio;  // of the tone's frequency
-  double level;  // relative loudness
-  double decay;  // seconds until it has fallen to 1/e
+  double ratio; // of the tone's frequency
+  double level; // relative loudness
+  double decay; // seconds until it has fallen to 1/e
 };
 
 /// Adds a struck tone: partials that die away after a soft attack.
@@ -37,8 +37,8 @@ void strike(Samples& samples, double start, double frequency, double level,
     for (size_t i = size_t(start * kRate), n = 0; i < samples.size(); ++i, ++n) {
       const double t = double(n) / kRate;
       const double rise = t < attack ? 0.5 - 0.5 * std::cos(std::numbers::pi * t / attack) : 1.0;
-      samples[i] += level * partial.level * rise * std::exp(-t / partial.decay) *
-                    std::sin(omega * double(n));
+      samples[i] +=
+          level * partial.level * rise * std::exp(-t / partial.decay) * std::sin(omega * double(n));
     }
   }
 }
@@ -146,11 +146,16 @@ struct Sound {
 
 /// In the order of their file names.
 constexpr Sound kSounds[] = {
-    {"bamboo_knock.wav", bambooKnock},   {"crystal_bell.wav", crystalBell},
-    {"door_chime.wav", doorChime},       {"glass_drops.wav", glassDrops},
-    {"harp_rise.wav", harpRise},         {"kalimba_smile.wav", kalimbaSmile},
-    {"marimba_steps.wav", marimbaSteps}, {"morning_bird.wav", morningBird},
-    {"round_pop_click.wav", roundPopClick}, {"singing_bowl.wav", singingBowl},
+    {"bamboo_knock.wav", bambooKnock},
+    {"crystal_bell.wav", crystalBell},
+    {"door_chime.wav", doorChime},
+    {"glass_drops.wav", glassDrops},
+    {"harp_rise.wav", harpRise},
+    {"kalimba_smile.wav", kalimbaSmile},
+    {"marimba_steps.wav", marimbaSteps},
+    {"morning_bird.wav", morningBird},
+    {"round_pop_click.wav", roundPopClick},
+    {"singing_bowl.wav", singingBowl},
 };
 
 /// Brings the peak to -3 dBFS and lets the end fade out, so that neither end clicks.

@@ -5,6 +5,8 @@
 #include "dates/calendar.h"
 #include "menu/status_menu.h"
 
+#include <QPalette>
+
 #include <functional>
 
 namespace tockwise {
@@ -53,6 +55,11 @@ struct MenuLabel {
   QString key;
 };
 MenuLabel menuLabel(const QString& title);
+
+/// Whether the item is there to be read, not chosen: it is disabled, yet no less legible.
+bool isReading(const MenuEntry& entry);
+/// palette with a disabled text that can be read well: between text and background.
+QPalette readingPalette(QPalette palette);
 
 /// label as QMenu takes it: one line, no mnemonic, the key in its column.
 QString menuText(const MenuLabel& label);

@@ -57,9 +57,9 @@ QStyleOptionMenuItem MenuRowDelegate::menuOption(const QStyleOptionViewItem& opt
   const StatusMenu& menu = model.live().menu();
   QStyleOptionMenuItem item;
   item.rect = option.rect;
-  item.palette = option.palette;
-  item.palette.setColor(QPalette::Window, option.palette.color(QPalette::Base));
-  item.palette.setColor(QPalette::WindowText, option.palette.color(QPalette::Text));
+  item.palette = option.widget->palette(); // the option's is greyed for a row that is disabled
+  item.palette.setColor(QPalette::Active, QPalette::Window, item.palette.color(QPalette::Base));
+  item.palette.setColor(QPalette::Active, QPalette::WindowText, item.palette.color(QPalette::Text));
   item.direction = option.direction;
   item.fontMetrics = option.fontMetrics;
   item.font = option.font;
@@ -83,6 +83,8 @@ QStyleOptionMenuItem MenuRowDelegate::menuOption(const QStyleOptionViewItem& opt
     if (option.state & (QStyle::State_Selected | QStyle::State_MouseOver))
       item.state |= QStyle::State_Selected;
   } else {
+    if (isReading(entry))
+      item.palette = readingPalette(item.palette);
     item.palette.setCurrentColorGroup(QPalette::Disabled);
   }
   if (isHeading(entry)) {

@@ -4,7 +4,9 @@
 
 #include <QActionEvent>
 #include <QApplication>
+#include <QGuiApplication>
 #include <QHelpEvent>
+#include <QScreen>
 #include <QStyleOptionMenuItem>
 #include <QToolTip>
 
@@ -91,6 +93,19 @@ void NativeMenu::fill() {
   if (!m_parentEntry)
     m_live.refresh();
   synchronize();
+}
+
+void NativeMenu::popUpAt(QPoint place) {
+  fill();
+  const QScreen* screen = QGuiApplication::screenAt(place);
+  if (!screen)
+    screen = QGuiApplication::primaryScreen();
+  const QRect room = screen->availableGeometry();
+  // One that is taller than the screen starts at its top, not above the pointer with its end.
+  if (sizeHint().height() >= room.height())
+    place.setY(room.top());
+  popup(place);
+  activateWindow();
 }
 
 void NativeMenu::release() {
@@ -221,6 +236,10 @@ void NativeMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* ac
   const MenuEntry& entry = item->entry();
   if (StatusMenu::hasSubmenu(entry))
     option->menuItemType = QStyleOptionMenuItem::SubMenu;
+  if (isReading(entry))
+    option->palette = readingPalette(option->palette);
+  if (entry.kind == MenuItemKind::QueueHeader)
+    option->font.setBold(true);
   if (m_live.menu().richTitle(entry))
     option->text = kRichMark + QString::number(entry.row) + u' ' + entry.reminderUUID;
   else
@@ -258,6 +277,8 @@ bool NativeMenu::chooseTitle(QAction* action) {
 }
 
 void NativeMenu::mouseReleaseEvent(QMouseEvent* event) {
+  if (isBeside(*event))
+    return;
   QAction* action = actionAt(event->position().toPoint());
   const QRect place = action ? actionGeometry(action) : QRect();
   const bool onArrow = isRightToLeft() ? event->position().x() < place.left() + place.height()
@@ -265,6 +286,26 @@ void NativeMenu::mouseReleaseEvent(QMouseEvent* event) {
   if (action && action == activeAction() && !onArrow && chooseTitle(action))
     return;
   QMenu::mouseReleaseEvent(event);
+}
+
+// QMenu takes a pointer anywhere below it, as on the tray's icon, for one on its scroll arrow.
+bool NativeMenu::isBeside(const QMouseEvent& event) const {
+  if (m_parentEntry || rect().contains(event.position().toPoint()))
+    return false;
+  const QMenu* submenu = activeAction() ? activeAction()->menu() : nullptr;
+  return !submenu || !submenu->isVisible();
+}
+
+void NativeMenu::mousePressEvent(QMouseEvent* event) {
+  if (isBeside(*event))
+    close();
+  else
+    QMenu::mousePressEvent(event);
+}
+
+void NativeMenu::mouseMoveEvent(QMouseEvent* event) {
+  if (!isBeside(*event))
+    QMenu::mouseMoveEvent(event);
 }
 
 void NativeMenu::keyPressEvent(QKeyEvent* event) {

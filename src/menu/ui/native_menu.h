@@ -34,6 +34,8 @@ class NativeMenu final : public QMenu {
   /// The submenu of parentEntry alone, of a live menu that somebody else refreshes.
   NativeMenu(LiveMenu& live, MenuEntry parentEntry, QWidget* parent);
 
+  /// Opens it near place, a point on the screen, with its first items in view.
+  void popUpAt(QPoint place);
   /// Brings an open menu and its open submenus up to date, in place.
   void refresh();
 
@@ -49,6 +51,8 @@ class NativeMenu final : public QMenu {
  protected:
   void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
   void actionEvent(QActionEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   bool event(QEvent* event) override;
@@ -64,6 +68,7 @@ class NativeMenu final : public QMenu {
   void removeAction(MenuEntryAction* action);
   void update(MenuEntryAction& action, const MenuEntry& entry);
   void provideSubmenu(QAction* action);
+  bool isBeside(const QMouseEvent& event) const;
   bool chooseTitle(QAction* action);
   QString elided(const QString& text) const;
 

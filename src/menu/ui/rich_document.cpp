@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kWidest = 480; // pixels; longer titles go on in a second line
 constexpr QSize kLargestPicture(160, 96);
-constexpr double kLeastContrast = 2.0;
+constexpr double kLeastContrast = 3.0;
 
 QTextCharFormat formatOf(const RichAttributes& attributes) {
   QTextCharFormat format;
@@ -67,35 +67,49 @@ double luminance(const QColor& color) {
 }
 
 double contrast(const QColor& left, const QColor& right) {
-  const auto [dark, light] = std::minmax(luminance(left), luminance(right));
-  return (light + 0.05) / (dark + 0.05);
+  const double one = luminance(left);
+  const double other = luminance(right);
+  return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
 }
 
-/// Selections that give parts of the text another colour for one drawing.
-QVector<QAbstractTextDocumentLayout::Selection>
-recoloured(const QTextDocument& document, const QColor& color, const QColor* unlessReadableOn) {
-  QVector<QAbstractTextDocumentLayout::Selection> selections;
+/// color, moved towards text until it can be told from the ground.
+QColor readableOn(const QColor& ground, QColor color, const QColor& text) {
+  const auto halfway = [](float one, float other) { return (one + other) / 2; };
+  for (int step = 0; step < 5 && contrast(color, ground) < kLeastContrast; ++step) {
+    color =
+        QColor::fromRgbF(halfway(color.redF(), text.redF()), halfway(color.greenF(), text.greenF()),
+                         halfway(color.blueF(), text.blueF()));
+  }
+  return color;
+}
+
+/// A copy of document in other colours: all of it in the highlight's, or what could not be read on
+/// the menu's ground in a readable one. Null when it can be drawn as it is.
+std::unique_ptr<QTextDocument> recoloured(const QTextDocument& document, const QColor& text,
+                                          const QColor* ground) {
+  std::unique_ptr<QTextDocument> copy;
   for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
     for (auto at = block.begin(); !at.atEnd(); ++at) {
       const QTextFragment fragment = at.fragment();
       const QTextCharFormat format = fragment.charFormat();
-      const bool own = format.hasProperty(QTextFormat::ForegroundBrush);
-      if (unlessReadableOn &&
-          (!own || format.hasProperty(QTextFormat::BackgroundBrush) ||
-           contrast(format.foreground().color(), *unlessReadableOn) >= kLeastContrast))
+      const QColor color = format.foreground().color();
+      QTextCharFormat change;
+      change.setForeground(ground ? readableOn(*ground, color, text) : text);
+      if (!ground)
+        change.setBackground(Qt::transparent);
+      else if (!format.hasProperty(QTextFormat::ForegroundBrush) ||
+               format.hasProperty(QTextFormat::BackgroundBrush) ||
+               change.foreground().color() == color)
         continue;
-      QAbstractTextDocumentLayout::Selection selection;
-      selection.cursor = QTextCursor(const_cast<QTextDocument*>(&document));
-      selection.cursor.setPosition(fragment.position());
-      selection.cursor.setPosition(fragment.position() + fragment.length(),
-                                   QTextCursor::KeepAnchor);
-      selection.format.setForeground(color);
-      if (!unlessReadableOn)
-        selection.format.setBackground(Qt::transparent);
-      selections.append(selection);
+      if (!copy)
+        copy.reset(document.clone());
+      QTextCursor cursor(copy.get());
+      cursor.setPosition(fragment.position());
+      cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
+      cursor.mergeCharFormat(change);
     }
   }
-  return selections;
+  return copy;
 }
 
 /// Width of a style's item around its text.
@@ -171,7 +185,7 @@ void paintRichItem(const QStyle& style, const QStyleOptionMenuItem& option,
   QAbstractTextDocumentLayout::PaintContext context;
   context.palette = option.palette;
   context.palette.setColor(QPalette::Text, text);
-  context.selections = recoloured(document, text, selected ? nullptr : &background);
+  const auto copy = recoloured(document, text, selected ? nullptr : &background);
 
   const int left = std::max(option.maxIconWidth, 20) + 8;
   const int width = option.rect.width() - widthAroundText(style, option, widget);
@@ -181,7 +195,7 @@ void paintRichItem(const QStyle& style, const QStyleOptionMenuItem& option,
                      std::max<double>(width, document.idealWidth()) + 1, document.size().height());
   painter.setClipRect(place.intersected(QRectF(option.rect)));
   painter.translate(place.topLeft());
-  document.documentLayout()->draw(&painter, context);
+  (copy ? *copy : document).documentLayout()->draw(&painter, context);
   painter.restore();
 }
 

@@ -81,12 +81,9 @@ void TrayController::showEmbedded() {
   if (m_embedded)
     return;
   m_embedded = std::make_unique<QSystemTrayIcon>();
-  m_embedded->setContextMenu(&popup());
+  // Any button opens the menu. It is no context menu of the item's, which would open at its end.
   connect(m_embedded.get(), &QSystemTrayIcon::activated, this,
-          [this](QSystemTrayIcon::ActivationReason reason) {
-            if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
-              popUp(QCursor::pos());
-          });
+          [this](QSystemTrayIcon::ActivationReason) { popUp(QCursor::pos()); });
   updateItem();
   m_embedded->show();
 }
@@ -104,8 +101,7 @@ void TrayController::popUp(QPoint place) {
   }
   if (popup().isVisible())
     return;
-  popup().popup(place);
-  popup().activateWindow();
+  popup().popUpAt(place);
 }
 
 void TrayController::showMenu() {

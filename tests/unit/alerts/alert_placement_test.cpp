@@ -34,7 +34,7 @@ class AlertPlacementTest : public QObject {
     }
   }
 
-  void alargeAlertLeavesASmallOneSeen() {
+  void aLargeAlertLeavesASmallOneSeen() {
     const QRect small(placeAlert({400, 180}, kScreen, {}), QSize(400, 180));
     const QRect large(placeAlert({640, 560}, kScreen, {small}), QSize(640, 560));
     QVERIFY(seesStripOf(small, large));
@@ -46,6 +46,20 @@ class AlertPlacementTest : public QObject {
     const QRect first(placeAlert({400, 200}, kScreen, {}), QSize(400, 200));
     const QRect second(placeAlert({400, 200}, kScreen, {first}), QSize(400, 200));
     QCOMPARE(placeAlert({400, 200}, kScreen, {second}), first.topLeft());
+  }
+
+  void anOpenQuestionIsLeftClear() {
+    const QRect question(440, 330, 400, 160);
+    const QRect window(placeAlert({420, 220}, kScreen, {}, {question}), QSize(420, 220));
+    QVERIFY(!window.intersects(question));
+    QVERIFY(kScreen.contains(window));
+  }
+
+  void aQuestionThatFillsTheScreenLeavesTheAlertSeen() {
+    const QRect question(40, 60, 1200, 700);
+    const QRect window(placeAlert({420, 220}, kScreen, {}, {question}), QSize(420, 220));
+    QVERIFY(seesStripOf(question, window));
+    QVERIFY(kScreen.contains(window));
   }
 
   void aWindowLargerThanTheScreenStartsInItsCorner() {

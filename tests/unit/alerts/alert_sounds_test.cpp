@@ -36,8 +36,7 @@ struct Fixture {
   explicit Fixture(const QStringList& names = {QStringLiteral("b.wav"), QStringLiteral("a.wav"),
                                                QStringLiteral("round_pop_click.wav"),
                                                QStringLiteral("readme.txt")})
-      : folder(names),
-        sounds(settings, player, {folder.path()}, [this](qint64 count) {
+      : folder(names), sounds(settings, player, {folder.path()}, [this](qint64 count) {
           askedFor.push_back(count);
           return random;
         }) {}
@@ -101,9 +100,8 @@ class AlertSoundsTest : public QObject {
     Fixture f;
     QVERIFY(f.sounds.sounds().isEmpty());
     f.sounds.buildSoundList();
-    QCOMPARE(f.sounds.sounds(),
-             (QStringList{QStringLiteral("a.wav"), QStringLiteral("b.wav"),
-                          QStringLiteral("round_pop_click.wav")}));
+    QCOMPARE(f.sounds.sounds(), (QStringList{QStringLiteral("a.wav"), QStringLiteral("b.wav"),
+                                             QStringLiteral("round_pop_click.wav")}));
   }
 
   void aRandomSoundIsTheOneAtTheRandomIndex() {

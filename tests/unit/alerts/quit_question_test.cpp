@@ -36,10 +36,9 @@ class QuitQuestionTest : public QObject {
     QTest::addColumn<QString>("message");
     QTest::newRow("one alert") << 1 << 0 << QStringLiteral("You have one alert window open.");
     QTest::newRow("two alerts") << 2 << 0 << QStringLiteral("You have 2 alert windows open.");
-    QTest::newRow("alerts come first") << 2 << 1
-                                       << QStringLiteral("You have 2 alert windows open.");
-    QTest::newRow("one message") << 0 << 1
-                                 << QStringLiteral("You have one outgoing mail message.");
+    QTest::newRow("alerts come first")
+        << 2 << 1 << QStringLiteral("You have 2 alert windows open.");
+    QTest::newRow("one message") << 0 << 1 << QStringLiteral("You have one outgoing mail message.");
     QTest::newRow("messages") << 0 << 12 << QStringLiteral("You have 12 outgoing mail messages.");
   }
 

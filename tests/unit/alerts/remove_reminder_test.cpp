@@ -128,8 +128,7 @@ class RemoveReminderTest : public QObject {
     f.add(QStringLiteral("Tea"));
     QThread* askedOn = nullptr;
     f.prompter.meanwhile = [&] { askedOn = QThread::currentThread(); };
-    const std::unique_ptr<QThread> thread(
-        QThread::create([&] { f.remover.removeReminder(0); }));
+    const std::unique_ptr<QThread> thread(QThread::create([&] { f.remover.removeReminder(0); }));
     thread->start();
     QTRY_VERIFY(thread->isFinished());
     QCOMPARE(askedOn, QThread::currentThread());

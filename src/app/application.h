@@ -1,0 +1,12 @@
+// The tray application: one instance a session, on the bus, with the Linux implementations of
+// the ports.
+#pragma once
+
+namespace tockwise {
+
+/// Runs the application until it is quit, or asks the running one to show its menu. Returns the
+/// exit status: 1 with a line on stderr when the store cannot be opened. Needs the command
+/// line's argc and argv for Qt.
+int runApplication(int argc, char** argv);
+
+} // namespace tockwise

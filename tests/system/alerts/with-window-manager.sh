@@ -1,0 +1,27 @@
+#!/bin/bash
+# with-window-manager.sh COMMAND...: runs COMMAND on a private X display with openbox, in a home
+# of its own, and ends both afterwards.
+set -u
+folder=$(mktemp -d)
+export HOME=$folder XDG_CONFIG_HOME=$folder/config XDG_DATA_HOME=$folder/data \
+  XDG_CACHE_HOME=$folder/cache XDG_RUNTIME_DIR=$folder/run QT_QPA_PLATFORM=xcb
+mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+exec 6>"$folder/display"
+Xvfb -displayfd 6 -screen 0 1280x800x24 -nolisten tcp >"$folder/xvfb.log" 2>&1 &
+server=$!
+for _ in $(seq 200); do [ -s "$folder/display" ] && break; sleep 0.05; done
+DISPLAY=:$(cat "$folder/display")
+export DISPLAY
+openbox >"$folder/openbox.log" 2>&1 &
+manager=$!
+# A window manager announces itself on the root window.
+for _ in $(seq 200); do
+  xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
+  sleep 0.05
+done
+"$@"
+status=$?
+kill "$manager" "$server" 2>/dev/null
+wait "$manager" "$server" 2>/dev/null
+rm -rf "$folder"
+exit $status
