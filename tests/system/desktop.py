@@ -63,13 +63,12 @@ class Desktop:
         def visit(window):
             try:
                 for child in window.query_tree().children:
-                    if child.get_attributes().map_state == X.IsUnmapped:
+                    state = child.get_attributes().map_state
+                    if state == X.IsUnmapped:
                         continue
-                    if child.get_wm_class():
-                        if child.get_attributes().map_state == X.IsViewable:
-                            found.append(self._describe(child))
-                    else:
-                        visit(child)
+                    if state == X.IsViewable and child.get_wm_class():
+                        found.append(self._describe(child))
+                    visit(child)  # a panel holds the icons of others
             except (error.BadWindow, error.BadDrawable):
                 pass  # it went while we looked
 
@@ -105,6 +104,12 @@ class Desktop:
             data=(32, [2, X.CurrentTime, 0, 0, 0]))
         self._root.send_event(
             message, event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
+        self._display.sync()
+
+    def paint_background(self, red, green, blue):
+        """The colour of the screen behind the windows, 0 to 255 each."""
+        self._root.change_attributes(background_pixel=red << 16 | green << 8 | blue)
+        self._root.clear_area()
         self._display.sync()
 
     def active_window(self):

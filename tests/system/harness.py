@@ -29,7 +29,7 @@ class SystemTest(unittest.TestCase):
         self.addCleanup(self._end_session)
 
     def _end_session(self):
-        place = LOGS / self.id()
+        place = LOGS / self.id().replace("__main__", Path(sys.argv[0]).stem)
         try:
             if self._has_failed():
                 self.session.keep(place)

@@ -13,7 +13,7 @@ from waiting import wait_for
 HOUR = 3600
 DAY = 24 * HOUR
 MARGIN = 12  # pixels of desktop around what is shown
-WALLPAPER = "#3b5b74"
+WALLPAPER = (59, 91, 116)  # red, green, blue
 WORKDAYS = {"days": [False, True, True, True, True, True, False], "times": [9, 0, 17, 0]}
 
 
@@ -55,7 +55,7 @@ def still(session, find):
 def main():
     folder = Path(sys.argv[1])
     with Session(tray="xembed") as session:
-        subprocess.run(["xsetroot", "-solid", WALLPAPER], env=session.environment, check=True)
+        session.desktop.paint_background(*WALLPAPER)
         write_store(session, scene())
         session.start_application()
         desktop = session.desktop
