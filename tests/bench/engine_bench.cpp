@@ -206,4 +206,3 @@ BENCHMARK(currentCalendar);
 
 } // namespace
 
-BENCHMARK_MAIN();
