@@ -46,8 +46,7 @@ QString zoneOfFile(const QString& path) {
   if (QString name = identifierInPath(path); isZoneIdentifier(name))
     return name;
   // A link of another name may lead into the database, over several steps.
-  if (QString name = identifierInPath(QFileInfo(path).canonicalFilePath());
-      isZoneIdentifier(name))
+  if (QString name = identifierInPath(QFileInfo(path).canonicalFilePath()); isZoneIdentifier(name))
     return name;
   return {};
 }
