@@ -109,8 +109,7 @@ class Calendar::Private {
     const qint64 count = from.year * 12 + from.month - 1 + months;
     CivilDay to{floorDivide(count, 12), int(floorModulo(count, 12)) + 1, 0};
     to.day = std::min(from.day, daysInMonth(to.year, to.month));
-    const qint64 target =
-        daysFromCivil(to) * kSecondsPerDay + floorModulo(wall, kSecondsPerDay);
+    const qint64 target = daysFromCivil(to) * kSecondsPerDay + floorModulo(wall, kSecondsPerDay);
     if (std::llabs(target) >= kFarthest)
       return clampedInstant(target);
     qint64 result = 0;
@@ -190,8 +189,7 @@ class Calendar::Private {
 };
 
 Calendar::Calendar(const QString& zone, const QString& locale)
-    : d(std::make_unique<Private>(zone, locale)) {
-}
+    : d(std::make_unique<Private>(zone, locale)) {}
 
 Calendar::~Calendar() = default;
 Calendar::Calendar(Calendar&&) noexcept = default;
@@ -243,9 +241,8 @@ Date Calendar::dateByIncrementingYears(Date date, qint64 years, qint64 months, q
   instant = d->addYears(instant, limited(years, kMostMonths / 12));
   instant = d->addMonths(instant, limited(months, kMostMonths), UCAL_MONTH);
   instant = d->addDays(instant, limited(days, kMostDays));
-  for (const auto& [amount, unit] : {std::pair{hours, kSecondsPerHour},
-                                     {minutes, kSecondsPerMinute},
-                                     {seconds, qint64(1)}})
+  for (const auto& [amount, unit] :
+       {std::pair{hours, kSecondsPerHour}, {minutes, kSecondsPerMinute}, {seconds, qint64(1)}})
     instant = clampedInstant(instant + limited(amount, kMostSeconds / unit) * unit);
   return dateOf(instant, fraction);
 }
@@ -258,16 +255,14 @@ DateDifference Calendar::differenceSinceDate(Date date, Date other) const {
   DateDifference difference;
   const qint64 months = d->roughMonths(position, target);
   if (std::llabs(months) >= 11) {
-    difference.years = d->takeUnits(position, target, months / 12, [this](qint64 from, qint64 n) {
-      return d->addYears(from, n);
-    });
+    difference.years = d->takeUnits(position, target, months / 12,
+                                    [this](qint64 from, qint64 n) { return d->addYears(from, n); });
   }
   difference.months =
       d->takeUnits(position, target, months - 12 * difference.years,
                    [this](qint64 from, qint64 n) { return d->addMonths(from, n, UCAL_MONTH); });
-  difference.days =
-      d->takeUnits(position, target, (target - position) / kSecondsPerDay,
-                   [this](qint64 from, qint64 n) { return d->addDays(from, n); });
+  difference.days = d->takeUnits(position, target, (target - position) / kSecondsPerDay,
+                                 [this](qint64 from, qint64 n) { return d->addDays(from, n); });
   const qint64 rest = target - position;
   difference.hours = rest / kSecondsPerHour;
   difference.minutes = rest / kSecondsPerMinute % 60;
@@ -299,9 +294,8 @@ Date Calendar::offsetHoldsUntil(Date date) const {
 Date Calendar::dateWithYear(int year, int month, int day, int hour, int minute, int second) const {
   const qint64 firstMonth = qint64(year) * 12 + month - 1;
   const CivilDay first{floorDivide(firstMonth, 12), int(floorModulo(firstMonth, 12)) + 1, 1};
-  const qint64 wall =
-      clampedInstant((daysFromCivil(first) + day - 1) * kSecondsPerDay + hour * kSecondsPerHour +
-                     minute * kSecondsPerMinute + second);
+  const qint64 wall = clampedInstant((daysFromCivil(first) + day - 1) * kSecondsPerDay +
+                                     hour * kSecondsPerHour + minute * kSecondsPerMinute + second);
   qint64 instant = 0;
   if (d->settledInstant(wall, d->offsets.at(wall).offset, instant))
     return dateOf(instant);

@@ -29,12 +29,12 @@ struct DateDifference {
 
 /// A wall-clock time in the calendar's zone.
 struct DateComponents {
-  int year = 1;   // Gregorian year
-  int month = 1;  // 1 to 12
-  int day = 1;    // 1 to 31
-  int hour = 0;   // 0 to 23
-  int minute = 0; // 0 to 59
-  int second = 0; // 0 to 59
+  int year = 1;    // Gregorian year
+  int month = 1;   // 1 to 12
+  int day = 1;     // 1 to 31
+  int hour = 0;    // 0 to 23
+  int minute = 0;  // 0 to 59
+  int second = 0;  // 0 to 59
   int weekday = 0; // 0 = Sunday to 6 = Saturday; ignored where components make a date
 
   friend bool operator==(const DateComponents&, const DateComponents&) = default;
@@ -53,7 +53,7 @@ class Calendar {
 
   /// The calendar of the user's zone and locale as they are now: the system is asked at each
   /// call (TZ, else /etc/localtime; LC_ALL, LC_TIME, LANG), and the object made anew when one of
-  /// them has changed. Under a microsecond, and no allocation, while nothing changes. The
+  /// them has changed. About a microsecond, and no allocation, while nothing changes. The
   /// reference is valid until the next call. One object per thread.
   static const Calendar& current();
 

@@ -42,7 +42,8 @@ constexpr qint64 daysFromCivil(CivilDay civil) {
   const qint64 year = civil.month > 2 ? civil.year : civil.year - 1;
   const qint64 era = floorDivide(year, 400);
   const qint64 yearOfEra = year - era * 400;
-  const qint64 dayOfYear = (153 * (civil.month + (civil.month > 2 ? -3 : 9)) + 2) / 5 + civil.day - 1;
+  const qint64 dayOfYear =
+      (153 * (civil.month + (civil.month > 2 ? -3 : 9)) + 2) / 5 + civil.day - 1;
   const qint64 dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
   return era * 146097 + dayOfEra - 719468;
 }

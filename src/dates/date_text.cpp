@@ -15,9 +15,8 @@ Error noSuchDate(QStringView text) {
 
 /// The form with 0 for every digit: "2025-03-04 09:05" looks like it, and nothing else.
 bool looksLike(QStringView text, QStringView form) {
-  return std::equal(text.begin(), text.end(), form.begin(), form.end(), [](QChar c, QChar f) {
-    return f == u'0' ? c >= u'0' && c <= u'9' : c == f;
-  });
+  return std::equal(text.begin(), text.end(), form.begin(), form.end(),
+                    [](QChar c, QChar f) { return f == u'0' ? c >= u'0' && c <= u'9' : c == f; });
 }
 
 int number(QStringView text, qsizetype at, qsizetype length) {

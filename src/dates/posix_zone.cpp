@@ -98,9 +98,7 @@ class RuleParser {
   }
 
  private:
-  static bool isLetter(QChar c) {
-    return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
-  }
+  static bool isLetter(QChar c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
 
   std::optional<ChangeRule> takeWeekdayOfMonth() {
     const auto month = takeNumber(1, 12);

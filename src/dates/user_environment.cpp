@@ -106,7 +106,7 @@ UserEnvironment::FileState UserEnvironment::FileState::of(const QByteArray& path
   struct stat info {};
   if (::lstat(path.constData(), &info) != 0)
     return {};
-  return {info.st_dev, info.st_ino, info.st_mtim, info.st_ctim};
+  return {info.st_dev, info.st_ino, info.st_mtim, info.st_ctim, S_ISLNK(info.st_mode)};
 }
 
 bool UserEnvironment::FileState::operator==(const FileState& other) const {
@@ -117,8 +117,7 @@ bool UserEnvironment::FileState::operator==(const FileState& other) const {
          same(changed, other.changed);
 }
 
-UserEnvironment::UserEnvironment(ZoneFiles files) : m_files(std::move(files)) {
-}
+UserEnvironment::UserEnvironment(ZoneFiles files) : m_files(std::move(files)) {}
 
 bool UserEnvironment::refresh() {
   const bool zoneChanged = refreshZone();
@@ -136,8 +135,10 @@ bool UserEnvironment::refreshZone() {
     m_variable = variable;
     zone = zoneFromVariable(QByteArray(variable));
   } else {
-    const std::array<FileState, 2> states{FileState::of(m_files.localtime),
-                                          FileState::of(m_files.timezone)};
+    // Only where localtime is no link does the other file count.
+    std::array<FileState, 2> states{FileState::of(m_files.localtime), FileState{}};
+    if (!states[0].isLink)
+      states[1] = FileState::of(m_files.timezone);
     if (m_seen && !m_variableSet && states == m_fileStates)
       return false;
     m_fileStates = states;

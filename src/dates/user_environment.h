@@ -34,7 +34,7 @@ class UserEnvironment {
   explicit UserEnvironment(ZoneFiles files = {});
 
   /// Looks again. True when zone() or locale() have another value than before, and at the first
-  /// call. Costs a few environment variables, and with TZ unset two looks at the files' times;
+  /// call. Costs a few environment variables, and with TZ unset a look at the files' times;
   /// allocates nothing while nothing changes.
   bool refresh();
 
@@ -48,6 +48,7 @@ class UserEnvironment {
     ino_t inode = 0;
     timespec modified{};
     timespec changed{};
+    bool isLink = false;
 
     static FileState of(const QByteArray& path);
     bool operator==(const FileState& other) const;

@@ -25,15 +25,14 @@ qint64 change(const icu::TimeZoneTransition& transition) {
 
 } // namespace
 
-ZoneOffsets::ZoneOffsets(const icu::BasicTimeZone& zone) : m_zone(zone.clone()) {
-}
+ZoneOffsets::ZoneOffsets(const icu::BasicTimeZone& zone) : m_zone(zone.clone()) {}
 
 const OffsetSpan& ZoneOffsets::at(qint64 instant) {
   if (m_last < m_spans.size() && m_spans[m_last].holds(instant))
     return m_spans[m_last];
-  auto after = std::upper_bound(
-      m_spans.begin(), m_spans.end(), instant,
-      [](qint64 value, const OffsetSpan& span) { return value < span.begin; });
+  auto after =
+      std::upper_bound(m_spans.begin(), m_spans.end(), instant,
+                       [](qint64 value, const OffsetSpan& span) { return value < span.begin; });
   if (after == m_spans.begin() || !std::prev(after)->holds(instant)) {
     if (m_spans.size() >= kMostSpans) {
       m_spans.clear();

@@ -82,8 +82,7 @@ void sendSMS(const FiredRecord& record, FiringActions& actions) {
 
 Firing::Firing(ReminderQueue& queue, const Settings& settings, const Clock& clock,
                FiringActions& actions)
-    : m_queue(queue), m_settings(settings), m_clock(clock), m_actions(actions) {
-}
+    : m_queue(queue), m_settings(settings), m_clock(clock), m_actions(actions) {}
 
 bool Firing::doReminder(qsizetype index) {
   const bool mayEmail = m_settings.boolean(QStringLiteral("sendEmail"));

@@ -19,8 +19,11 @@ qint64 limited(qint64 amount) {
 class Stepper {
  public:
   Stepper(const Interval& interval, const Calendar& calendar)
-      : m_months(limited(interval[0])), m_days(limited(interval[1])),
-        m_hours(limited(interval[2])), m_minutes(limited(interval[3])), m_calendar(calendar) {
+      : m_months(limited(interval[0])),
+        m_days(limited(interval[1])),
+        m_hours(limited(interval[2])),
+        m_minutes(limited(interval[3])),
+        m_calendar(calendar) {
     m_isSteady = m_months == 0 && m_days >= 0 && m_hours >= 0 && m_minutes >= 0;
     m_seconds = 86400.0 * double(m_days) + 3600.0 * double(m_hours) + 60.0 * double(m_minutes);
   }
@@ -78,8 +81,8 @@ QString reminderTypeString(const Interval& interval) {
 Date alertDate(Date fireDate, const Offset& offset, const Calendar& calendar) {
   if (offset == kBlankOffset)
     return fireDate;
-  return calendar.dateByIncrementingYears(fireDate, 0, 0, -limited(offset[0]),
-                                          -limited(offset[1]), -limited(offset[2]), 0);
+  return calendar.dateByIncrementingYears(fireDate, 0, 0, -limited(offset[0]), -limited(offset[1]),
+                                          -limited(offset[2]), 0);
 }
 
 Date earliestAlertDate(Date fireDate, const Offset& offset) {

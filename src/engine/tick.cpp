@@ -18,9 +18,11 @@ std::chrono::milliseconds systemSteadyTime() {
 }
 
 Tick::Tick(ReminderQueue& queue, Firing& firing, const Clock& clock, TickActions actions)
-    : m_queue(queue), m_firing(firing), m_clock(clock), m_actions(std::move(actions)),
-      m_due(queue) {
-}
+    : m_queue(queue),
+      m_firing(firing),
+      m_clock(clock),
+      m_actions(std::move(actions)),
+      m_due(queue) {}
 
 void Tick::run() {
   if (m_running)

@@ -15,9 +15,12 @@ TickTimer::SingleShot TickTimer::systemSingleShot() {
   };
 }
 
-TickTimer::TickTimer(Tick& tick, WakeTimer& wakeTimer, PowerEvents& powerEvents,
-                     const Clock& clock, SingleShot singleShot, QObject* parent)
-    : QObject(parent), m_tick(tick), m_wakeTimer(wakeTimer), m_clock(clock),
+TickTimer::TickTimer(Tick& tick, WakeTimer& wakeTimer, PowerEvents& powerEvents, const Clock& clock,
+                     SingleShot singleShot, QObject* parent)
+    : QObject(parent),
+      m_tick(tick),
+      m_wakeTimer(wakeTimer),
+      m_clock(clock),
       m_singleShot(std::move(singleShot)) {
   connect(&wakeTimer, &WakeTimer::expired, this, &TickTimer::tickNow);
   connect(&wakeTimer, &WakeTimer::clockChanged, this, &TickTimer::tickNow);

@@ -66,7 +66,7 @@ class TickTimer final : public QObject {
   bool m_everySecond = false;
   bool m_poked = false;
   bool m_missed = false; // a tick fell into a running one and did nothing
-  int m_hold = 0; // counts wakes; only the hold of the last one ends the waiting
+  int m_hold = 0;        // counts wakes; only the hold of the last one ends the waiting
 };
 
 } // namespace tockwise

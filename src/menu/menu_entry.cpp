@@ -87,13 +87,19 @@ MenuChanges menuChanges(const std::vector<MenuEntry>& before, const std::vector<
     keptBefore[position] = true;
     keptAfter[size_t(targets[position]) - head] = true;
   }
+  std::vector<qsizetype> source(keptAfter.size(), -1);
   for (size_t i = keptBefore.size(); i-- > 0;) {
-    if (!keptBefore[i])
-      changes.removed.push_back(qsizetype(i + head));
+    if (keptBefore[i])
+      continue;
+    changes.removed.push_back(qsizetype(i + head));
+    if (targets[i] >= 0)
+      source[size_t(targets[i]) - head] = qsizetype(i + head);
   }
   for (size_t i = 0; i < keptAfter.size(); ++i) {
-    if (!keptAfter[i])
-      changes.inserted.push_back(qsizetype(i + head));
+    if (keptAfter[i])
+      continue;
+    changes.inserted.push_back(qsizetype(i + head));
+    changes.movedFrom.push_back(source[i]);
   }
   return changes;
 }

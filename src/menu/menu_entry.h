@@ -51,8 +51,9 @@ bool isSameItem(const MenuEntry& left, const MenuEntry& right);
 /// What turns one list of items into another with as few steps as possible: first the removals,
 /// then the insertions, each in the order given. All other items stay what they are.
 struct MenuChanges {
-  std::vector<qsizetype> removed;  // positions in the old list, last first
-  std::vector<qsizetype> inserted; // positions in the new list, first first
+  std::vector<qsizetype> removed;   // positions in the old list, last first
+  std::vector<qsizetype> inserted;  // positions in the new list, first first
+  std::vector<qsizetype> movedFrom; // for each inserted: where it was in the old list, or -1
   bool isEmpty() const { return removed.empty() && inserted.empty(); }
 };
 MenuChanges menuChanges(const std::vector<MenuEntry>& before, const std::vector<MenuEntry>& after);

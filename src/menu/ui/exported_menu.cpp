@@ -117,29 +117,35 @@ void ExportedMenu::takeMenu() {
 bool ExportedMenu::synchronizeLevel(int parent, std::vector<MenuEntry> entries) {
   Level old = std::exchange(m_levels[parent], {});
   const MenuChanges changes = menuChanges(old.entries, entries);
-  std::vector<bool> gone(old.ids.size());
-  for (const qsizetype position : changes.removed) {
-    gone[size_t(position)] = true;
-    forget(old.ids[size_t(position)]);
+  std::vector<bool> removed(old.ids.size());
+  std::vector<bool> moved(old.ids.size());
+  for (const qsizetype position : changes.removed)
+    removed[size_t(position)] = true;
+  for (const qsizetype position : changes.movedFrom) {
+    if (position >= 0)
+      moved[size_t(position)] = true;
+  }
+  for (size_t i = 0; i < old.ids.size(); ++i) {
+    if (removed[i] && !moved[i])
+      forget(old.ids[i]);
   }
   Level level;
   level.entries = std::move(entries);
   level.ids.reserve(level.entries.size());
   level.sent.reserve(level.entries.size());
-  size_t from = 0;
-  auto inserted = changes.inserted.begin();
+  size_t kept = 0;
+  size_t inserted = 0;
   for (size_t position = 0; position < level.entries.size(); ++position) {
-    if (inserted != changes.inserted.end() && *inserted == qsizetype(position)) {
-      level.ids.push_back(m_nextId++);
-      level.sent.push_back(0);
-      ++inserted;
+    qsizetype from = -1;
+    if (inserted < changes.inserted.size() && changes.inserted[inserted] == qsizetype(position)) {
+      from = changes.movedFrom[inserted++];
     } else {
-      while (gone[from])
-        ++from;
-      level.ids.push_back(old.ids[from]);
-      level.sent.push_back(old.sent[from]);
-      ++from;
+      while (removed[kept])
+        ++kept;
+      from = qsizetype(kept++);
     }
+    level.ids.push_back(from < 0 ? m_nextId++ : old.ids[size_t(from)]);
+    level.sent.push_back(from < 0 ? 0 : old.sent[size_t(from)]);
     if (!changes.isEmpty())
       m_places[level.ids.back()] = {parent, qsizetype(position)};
   }
@@ -305,6 +311,19 @@ void ExportedMenu::sendSignal(const QString& name, const QVariantList& arguments
   m_connection.send(signal);
 }
 
+QList<DbusItemProperties> ExportedMenu::groupProperties(const QList<int>& ids,
+                                                        const QStringList& names) {
+  if (m_levels.isEmpty())
+    takeMenu();
+  QList<DbusItemProperties> items;
+  for (const int id : ids) {
+    const MenuEntry* entry = entryOf(id);
+    if (entry || id == 0)
+      items += {id, filtered(entry ? propertiesOf(*entry) : rootProperties(), names)};
+  }
+  return items;
+}
+
 QDBusMessage ExportedMenu::answer(const QDBusMessage& message) {
   const QString member = message.member();
   const QVariantList arguments = message.arguments();
@@ -317,17 +336,8 @@ QDBusMessage ExportedMenu::answer(const QDBusMessage& message) {
     return message.createReply({m_revision, QVariant::fromValue(node)});
   }
   if (member == u"GetGroupProperties" && arguments.size() == 2) {
-    if (m_levels.isEmpty())
-      takeMenu();
-    QList<DbusItemProperties> items;
-    const auto ids = qdbus_cast<QList<int>>(arguments[0]);
-    for (const int id : ids) {
-      const MenuEntry* entry = entryOf(id);
-      if (entry || id == 0)
-        items += {id, filtered(entry ? propertiesOf(*entry) : rootProperties(),
-                               arguments[1].toStringList())};
-    }
-    return message.createReply(QVariant::fromValue(items));
+    return message.createReply(QVariant::fromValue(
+        groupProperties(qdbus_cast<QList<int>>(arguments[0]), arguments[1].toStringList())));
   }
   if (member == u"GetProperty" && arguments.size() == 2) {
     const MenuEntry* entry = entryOf(arguments[0].toInt());

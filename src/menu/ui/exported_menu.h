@@ -57,6 +57,7 @@ class ExportedMenu final : public QDBusVirtualObject {
   const MenuEntry* entryOf(int id) const;
   QVariantMap propertiesOf(const MenuEntry& entry) const;
   QVariantMap rootProperties() const;
+  QList<DbusItemProperties> groupProperties(const QList<int>& ids, const QStringList& names);
   void handleEvent(int id, const QString& name);
   bool aboutToShow(int id);
   void setOpen(bool open);

@@ -124,6 +124,8 @@ void NativeMenu::refresh() {
   if (!m_parentEntry)
     m_live.refresh();
   synchronize();
+  if (m_highlighted && activeAction() != m_highlighted)
+    setActiveAction(m_highlighted); // it moved
   // Texts are made when they are painted; that is all a second costs.
   QMenu::update();
 }
@@ -134,22 +136,36 @@ void NativeMenu::synchronize() {
   Batch batch(*this);
   if (!changes.isEmpty())
     batch.layOut();
+  QAction* highlighted = activeAction();
+  // What moves is taken out and put in again; what is gone goes with its submenu.
+  std::vector<MenuEntryAction*> movers(changes.inserted.size());
+  for (size_t i = 0; i < movers.size(); ++i) {
+    if (const qsizetype from = changes.movedFrom[i]; from >= 0)
+      movers[i] = std::exchange(m_items[size_t(from)], nullptr);
+    if (movers[i])
+      QMenu::removeAction(movers[i]);
+  }
   for (const qsizetype position : changes.removed) {
-    removeAction(m_items[size_t(position)]);
-    m_items[size_t(position)] = nullptr;
+    if (MenuEntryAction* gone = std::exchange(m_items[size_t(position)], nullptr)) {
+      highlighted = gone == highlighted ? nullptr : highlighted;
+      removeAction(gone);
+    }
   }
   std::erase(m_items, nullptr);
 
   std::vector<MenuEntryAction*> items;
   items.reserve(entries.size());
-  auto inserted = changes.inserted.begin();
+  size_t inserted = 0;
   auto kept = m_items.begin();
   for (size_t position = 0; position < entries.size(); ++position) {
-    if (inserted != changes.inserted.end() && *inserted == qsizetype(position)) {
-      MenuEntryAction* action = makeAction(entries[position]);
+    if (inserted < movers.size() && changes.inserted[inserted] == qsizetype(position)) {
+      MenuEntryAction* action = movers[inserted++];
+      if (action)
+        update(*action, entries[position]);
+      else
+        action = makeAction(entries[position]);
       insertAction(kept == m_items.end() ? nullptr : *kept, action);
       items.push_back(action);
-      ++inserted;
       continue;
     }
     update(**kept, entries[position]);
@@ -158,6 +174,7 @@ void NativeMenu::synchronize() {
   }
   m_items = std::move(items);
   m_entries = std::move(entries);
+  m_highlighted = highlighted;
 }
 
 MenuEntryAction* NativeMenu::makeAction(const MenuEntry& entry) {

@@ -10,6 +10,7 @@
 
 #include <QHash>
 #include <QMenu>
+#include <QPointer>
 
 namespace tockwise {
 
@@ -76,6 +77,7 @@ class NativeMenu final : public QMenu {
   std::optional<MenuEntry> m_parentEntry;
   std::vector<MenuEntryAction*> m_items; // in the menu's order
   std::vector<MenuEntry> m_entries;      // what m_items stand for
+  QPointer<QAction> m_highlighted;       // before the last change of the items
   mutable RichDocuments m_documents;
   bool m_swallowsChanges = false;
 };

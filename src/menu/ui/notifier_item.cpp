@@ -35,10 +35,10 @@ NotifierItem::NotifierItem(QDBusConnection connection, const QString& menuPath, 
   m_watcher.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
   m_watcher.addWatchedService(kWatcher);
   connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
-          [this](const QString&, const QString&, const QString& owner) {
-            if (owner.isEmpty())
+          [this](const QString&, const QString& before, const QString& owner) {
+            if (!before.isEmpty())
               setHost(false);
-            else
+            if (!owner.isEmpty())
               askForHost();
           });
 }
@@ -77,7 +77,7 @@ void NotifierItem::setHost(bool hasHost) {
   const bool first = !std::exchange(m_known, true);
   const bool changed = m_hasHost != hasHost;
   m_hasHost = hasHost;
-  if (hasHost)
+  if (hasHost && changed)
     announce();
   if (changed)
     Q_EMIT hostChanged(hasHost);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kWidest = 480; // pixels; longer titles go on in a second line
 constexpr QSize kLargestPicture(160, 96);
-constexpr double kLeastContrast = 3.0;
+constexpr double kLeastContrast = 4.5;
 
 QTextCharFormat formatOf(const RichAttributes& attributes) {
   QTextCharFormat format;

@@ -15,6 +15,7 @@ namespace tockwise {
 namespace {
 
 const QString kProgram = QStringLiteral("Tockwise");
+constexpr int kLongestLook = 100; // seconds
 
 bool popupsLandWhereTheyShould() {
   return !QGuiApplication::platformName().startsWith(u"wayland");
@@ -41,10 +42,17 @@ TrayController::~TrayController() = default;
 void TrayController::start() {
   updateItem();
   m_notifier->start();
-  // An XEmbed tray that comes later than we do is entered without a word to us; these looks are
-  // for those who want to know. They end: an idle program wakes for nothing.
-  for (const int seconds : {1, 3, 10, 30, 90})
-    QTimer::singleShot(seconds * 1000, this, &TrayController::checkTray);
+  lookLater(1);
+}
+
+// An XEmbed tray that comes later than we do is entered without a word to us; these looks, ever
+// rarer, are for those who want to know. They end: an idle program wakes for nothing.
+void TrayController::lookLater(int seconds) {
+  QTimer::singleShot(seconds * 1000, this, [this, seconds] {
+    checkTray();
+    if (!hasTray() && seconds < kLongestLook)
+      lookLater(seconds * 3);
+  });
 }
 
 bool TrayController::hasTray() const {

@@ -60,6 +60,7 @@ class TrayController final : public QObject {
  private:
   void followHost();
   void checkTray();
+  void lookLater(int seconds);
   void showEmbedded();
   void hideEmbedded();
   void popUp(QPoint place);

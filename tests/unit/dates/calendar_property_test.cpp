@@ -24,8 +24,7 @@ class IcuCalendar {
     UErrorCode status = U_ZERO_ERROR;
     m_zone.reset(icu::TimeZone::createTimeZone(
         icu::UnicodeString(reinterpret_cast<const char16_t*>(zone.utf16()), int32_t(zone.size()))));
-    m_calendar =
-        std::make_unique<icu::GregorianCalendar>(*m_zone, icu::Locale("en_US"), status);
+    m_calendar = std::make_unique<icu::GregorianCalendar>(*m_zone, icu::Locale("en_US"), status);
     m_calendar->setGregorianChange(double(INT32_MIN) * 86400000.0, status);
     m_calendar->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
   }
@@ -54,8 +53,12 @@ class IcuCalendar {
     UErrorCode status = U_ZERO_ERROR;
     m_calendar->setTime((std::floor(date.seconds) + Date::kUnixOffset) * 1000, status);
     const auto get = [&](UCalendarDateFields field) { return m_calendar->get(field, status); };
-    return {get(UCAL_EXTENDED_YEAR), get(UCAL_MONTH) + 1, get(UCAL_DATE),
-            get(UCAL_HOUR_OF_DAY),   get(UCAL_MINUTE),    get(UCAL_SECOND),
+    return {get(UCAL_EXTENDED_YEAR),
+            get(UCAL_MONTH) + 1,
+            get(UCAL_DATE),
+            get(UCAL_HOUR_OF_DAY),
+            get(UCAL_MINUTE),
+            get(UCAL_SECOND),
             get(UCAL_DAY_OF_WEEK) - UCAL_SUNDAY};
   }
 
@@ -178,8 +181,8 @@ class CalendarPropertyTest : public QObject {
  private:
   static void compareDifference(const QString& zone, const Calendar& ours, IcuCalendar& theirs,
                                 Dice& dice, Date a) {
-    const Date b = dice.oneIn(2) ? dice.date(theirs)
-                                 : a.plusSeconds(double(dice.between(-200'000, 200'000)));
+    const Date b =
+        dice.oneIn(2) ? dice.date(theirs) : a.plusSeconds(double(dice.between(-200'000, 200'000)));
     const DateDifference difference = ours.differenceSinceDate(a, b);
     const DateDifference expected = theirs.difference(a, b);
     QVERIFY2(difference == expected,

@@ -8,7 +8,9 @@ using namespace tockwise;
 
 namespace {
 
-const Calendar& here() { return Calendar::current(); }
+const Calendar& here() {
+  return Calendar::current();
+}
 
 Date at(int year, int month, int day, int hour = 9, int minute = 0, int second = 0) {
   return here().dateWithYear(year, month, day, hour, minute, second);
@@ -174,13 +176,14 @@ class CalendarTest : public QObject {
     QTest::addColumn<QByteArray>("rule");
     QTest::addColumn<QByteArray>("zone");
     QTest::newRow("west") << QByteArray("EST5EDT,M3.2.0,M11.1.0") << QByteArray("America/New_York");
-    QTest::newRow("no dates: the American ones") << QByteArray("EST5EDT4") << QByteArray("America/New_York");
+    QTest::newRow("no dates: the American ones")
+        << QByteArray("EST5EDT4") << QByteArray("America/New_York");
     QTest::newRow("half an hour") << QByteArray("<+1030>-10:30<+11>-11,M10.1.0,M4.1.0")
                                   << QByteArray("Australia/Lord_Howe");
-    QTest::newRow("a time beyond the day") << QByteArray("IST-2IDT,M3.4.4/26,M10.5.0")
-                                           << QByteArray("Asia/Jerusalem");
-    QTest::newRow("summer is the standard") << QByteArray("IST-1GMT0,M10.5.0,M3.5.0/1")
-                                            << QByteArray("Europe/Dublin");
+    QTest::newRow("a time beyond the day")
+        << QByteArray("IST-2IDT,M3.4.4/26,M10.5.0") << QByteArray("Asia/Jerusalem");
+    QTest::newRow("summer is the standard")
+        << QByteArray("IST-1GMT0,M10.5.0,M3.5.0/1") << QByteArray("Europe/Dublin");
     QTest::newRow("no summer") << QByteArray("IST-5:30") << QByteArray("Asia/Kolkata");
   }
   void oddRulesAreFollowed() {

@@ -10,7 +10,9 @@ using namespace tockwise;
 
 namespace {
 
-const Calendar& here() { return Calendar::current(); }
+const Calendar& here() {
+  return Calendar::current();
+}
 
 Date at(int year, int month, int day, int hour = 9, int minute = 0, int second = 0) {
   return here().dateWithYear(year, month, day, hour, minute, second);

@@ -11,7 +11,9 @@ using namespace tockwise;
 
 namespace {
 
-const Calendar& here() { return Calendar::current(); }
+const Calendar& here() {
+  return Calendar::current();
+}
 
 Date at(int year, int month, int day, int hour = 9, int minute = 0, int second = 0) {
   return here().dateWithYear(year, month, day, hour, minute, second);
@@ -65,8 +67,9 @@ class FiringTest : public QObject {
     row.reminderIntervals = {0, 1, 0, 0};
     f->queue.append(row);
     QVERIFY(f->firing.doReminder(0));
-    const AlertRequest expected{row.reminderDescriptions, row.reminderRTFs, f->clock.now(), true,
-                                false, true, row.reminderTypes, row.reminderUUID};
+    const AlertRequest expected{
+        row.reminderDescriptions, row.reminderRTFs, f->clock.now(), true, false, true,
+        row.reminderTypes,        row.reminderUUID};
     QCOMPARE(f->actions.alerts.size(), size_t(1));
     QVERIFY(f->actions.alerts[0] == expected);
     QVERIFY(f->actions.emails.empty()); // the flag goes to the alert, the preference is off

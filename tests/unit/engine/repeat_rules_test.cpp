@@ -11,7 +11,9 @@ using namespace tockwise;
 
 namespace {
 
-const Calendar& here() { return Calendar::current(); }
+const Calendar& here() {
+  return Calendar::current();
+}
 
 Date at(int year, int month, int day, int hour = 9, int minute = 0, int second = 0) {
   return here().dateWithYear(year, month, day, hour, minute, second);
@@ -24,7 +26,8 @@ Extra window(std::array<qint64, 4> times) {
 }
 
 /// The rule as it is stated, step by step.
-Date plainNextFireDate(Date fireDate, const Interval& interval, Date now, const Calendar& calendar) {
+Date plainNextFireDate(Date fireDate, const Interval& interval, Date now,
+                       const Calendar& calendar) {
   const auto moved = [&](Date date) {
     return calendar.dateByIncrementingYears(date, 0, interval[0], interval[1], interval[2],
                                             interval[3], 0);
@@ -136,7 +139,8 @@ class RepeatRulesTest : public QObject {
     constexpr qint64 least = std::numeric_limits<qint64>::min();
     constexpr double infinity = std::numeric_limits<double>::infinity();
     const Date now = at(2025, 6, 20);
-    for (const double seconds : {-infinity, -1e300, -9e12, kDistantPast.seconds, 0.0, 1e300, infinity}) {
+    for (const double seconds :
+         {-infinity, -1e300, -9e12, kDistantPast.seconds, 0.0, 1e300, infinity}) {
       for (const Interval& interval :
            {Interval{0, 0, 0, 1}, Interval{0, 1, 0, 0}, Interval{0, 0, 0, most},
             Interval{least, most, least, most}, Interval{most, most, most, most}})

@@ -44,7 +44,9 @@ struct Fixture {
   std::chrono::milliseconds steady{0};
   QStringList calls;
   std::function<void()> onSort = [] {};
-  Tick tick{queue, firing, clock,
+  Tick tick{queue,
+            firing,
+            clock,
             {[this] {
                calls += QStringLiteral("sort");
                onSort();
@@ -150,7 +152,7 @@ class TickTest : public QObject {
     f->tick.run();
     QVERIFY(!f->tick.nextMoment());
     f->tick.setWait(false);
-    QCOMPARE(f->tick.nextMoment(), f->clock.now().plusSeconds(29.75));
+    QCOMPARE(f->tick.nextMoment(), f->clock.now().plusSeconds(30));
   }
 
   void aRefusedRepeatingReminderIsSaved() {

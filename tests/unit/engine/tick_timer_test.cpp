@@ -19,8 +19,7 @@ struct Fixture {
   RecordingFiringActions actions;
   Firing firing{queue, settings, clock, actions};
   int ticks = 0;
-  Tick tick{queue, firing, clock,
-            {[this] { ++ticks; }, [] {}, [] {}, [] {}, [] { return 0ms; }}};
+  Tick tick{queue, firing, clock, {[this] { ++ticks; }, [] {}, [] {}, [] {}, [] { return 0ms; }}};
   FakeWakeTimer wakeTimer;
   FakePowerEvents power;
   struct Shot {
