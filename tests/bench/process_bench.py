@@ -7,6 +7,7 @@ FILE gets an array of figures: name, value, unit, limit (null where there is non
 """
 
 import argparse
+import contextlib
 import json
 import os
 import statistics
@@ -23,14 +24,15 @@ FIRINGS = 5
 FIRST_FIRING = 8  # seconds after the store was written; 10,000 reminders are loaded by then
 BETWEEN_FIRINGS = 3
 MENU_SECONDS = 20
+LONGEST_SETTLING = 20  # seconds
 HOUR = 3600
 
 
 def import_harness(program):
     os.environ["TOCKWISE"] = program
-    global Session, XEmbedTray, wait_for, reminder, write_store, use_of, memory_of
+    global INTERFACE, Session, XEmbedTray, wait_for, reminder, write_store, use_of, memory_of
     from process_figures import memory_of, use_of
-    from session import Session
+    from session import INTERFACE, Session
     from stores import reminder, write_store
     from waiting import wait_for
     from xembed_tray import XEmbedTray
@@ -51,7 +53,8 @@ class MapWatch(threading.Thread):
 
     def __init__(self, name):
         super().__init__(daemon=True)
-        from Xlib import X, display
+        from Xlib import X, display, error
+        self._closed = error.ConnectionClosedError
         self._type = X.MapNotify
         self._display = display.Display(name)
         self._display.screen().root.change_attributes(event_mask=X.SubstructureNotifyMask)
@@ -60,9 +63,10 @@ class MapWatch(threading.Thread):
         self.start()
 
     def run(self):
-        while True:
-            if self._display.next_event().type == self._type:
-                self.mapped.append(time.time())
+        with contextlib.suppress(self._closed):  # the display ends with its session
+            while True:
+                if self._display.next_event().type == self._type:
+                    self.mapped.append(time.time())
 
 
 class Bench:
@@ -75,19 +79,18 @@ class Bench:
         self.figures.append({"name": name, "value": value, "unit": unit, "limit": limit,
                              "detail": detail})
 
-    def fresh(self, reminders=None):
+    @contextlib.contextmanager
+    def fresh(self, reminders):
         """A session with a tray, and a store that the program has seen once."""
-        session = Session(sound=True)
-        try:
+        with Session(sound=True) as session:
             self.tray = XEmbedTray(session.environment["DISPLAY"])
-            if reminders is not None:
+            try:
                 write_store(session, reminders)
-            self.start(session)
-            session.quit_application()
-        except BaseException:
-            session.close()
-            raise
-        return session
+                self.start(session)
+                session.quit_application()
+                yield session
+            finally:
+                self.tray.stop()
 
     def start(self, session):
         """Starts the program; returns the seconds from exec to its icon."""
@@ -106,16 +109,17 @@ class Bench:
         return seconds, process[0]
 
     def settle(self, process):
-        """Waits until the process has done nothing for a second."""
+        """Waits until the process has done nothing for two seconds, or clearly never will."""
         last = [None, time.monotonic()]
+        latest = time.monotonic() + LONGEST_SETTLING
 
         def is_quiet():
             wakes = use_of(process).wakes
             if wakes != last[0]:
                 last[:] = [wakes, time.monotonic()]
-            return time.monotonic() - last[1] > 1
+            return time.monotonic() - last[1] > 2 or time.monotonic() > latest
 
-        wait_for(is_quiet, "a process at rest", 60)
+        wait_for(is_quiet, "a process at rest", LONGEST_SETTLING + 10)
 
     def starts(self):
         """Start to tray icon, and the memory then, with and without reminders."""
@@ -186,8 +190,9 @@ class Bench:
                             + far_reminders(count))
                 self.start(session)
                 watch = MapWatch(session.environment["DISPLAY"])
-                wait_for(lambda: len(session.json("alerts")) == FIRINGS, "the alerts",
-                         FIRST_FIRING + BETWEEN_FIRINGS * FIRINGS + 10)
+                signals = session.bus.record(INTERFACE)
+                wait_for(lambda: [name for _, name, _ in signals].count("AlertOpened") == FIRINGS,
+                         "the alerts", FIRST_FIRING + BETWEEN_FIRINGS * FIRINGS + 10)
                 late = [1000 * (min(at for at in watch.mapped if at >= when) - when)
                         for when in due]
                 self.add(f"firing to mapped window, {count:,} reminders", statistics.median(late),
