@@ -34,7 +34,7 @@ class FiringActions {
   virtual void sendSMSWithSubject(const QString& subject, const QString& message) = 0;
   virtual void openAlert(const AlertRequest& request) = 0;
   /// The reminder was counted as fired; comes before all others.
-  virtual void fired(const QString& reminderUUID) = 0;
+  virtual void fired(const QString& reminderUUID) { Q_UNUSED(reminderUUID) }
 };
 
 /// Main thread.

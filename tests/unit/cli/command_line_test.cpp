@@ -69,7 +69,7 @@ class CommandLineTest : public QObject {
     QVERIFY(parsed->help);
     QVERIFY(helpText(parsed->command).contains(QStringLiteral("--between")));
     for (const CommandSpec& command : commandTable())
-      QVERIFY(helpText(nullptr).contains(QStringLiteral("tockwise ") + QStringView(command.name)));
+      QVERIFY(helpText(nullptr).contains(QStringLiteral("tockwise %1 ").arg(QStringView(command.name))));
   }
 };
 
