@@ -27,6 +27,7 @@ class CommandServiceTest : public QObject {
  private Q_SLOTS:
   void init() {
     m_environment = std::make_unique<TestEnvironment>();
+    m_clock.set(Date::fromUnixSeconds(1741079742));
     auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
     QVERIFY(store.ok());
     m_store = std::move(*store);
