@@ -11,6 +11,7 @@ import os
 import select
 import shutil
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -41,6 +42,12 @@ _libc = ctypes.CDLL(None)
 
 def _die_with_parent():
     _libc.prctl(PR_SET_PDEATHSIG, signal.SIGKILL)
+
+
+def _accepts(path):
+    """Whether somebody listens on the socket."""
+    with socket.socket(socket.AF_UNIX) as probe:
+        return probe.connect_ex(str(path)) == 0
 
 
 class Session:
@@ -135,7 +142,7 @@ class Session:
         configuration, address = write_configuration(self.folder, kind)
         self.spawn("dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile",
                    log=f"{kind}-bus")
-        wait_for(lambda: (self.folder / f"{kind}-bus").exists(), f"the {kind} bus")
+        wait_for(lambda: _accepts(self.folder / f"{kind}-bus"), f"the {kind} bus")
         self.environment[variable] = address
         return Bus(address)
 
@@ -177,12 +184,12 @@ class Session:
         return process
 
     def _start_sound(self):
-        socket = self.folder / "run/sound"
-        self.environment["PULSE_SERVER"] = f"unix:{socket}"
+        path = self.folder / "run/sound"
+        self.environment["PULSE_SERVER"] = f"unix:{path}"
         self.spawn("pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1",
                    "--use-pid-file=no", "-L", "module-null-sink sink_name=speaker", "-L",
-                   f"module-native-protocol-unix auth-anonymous=1 socket={socket}")
-        wait_for(socket.exists, "the sound server")
+                   f"module-native-protocol-unix auth-anonymous=1 socket={path}")
+        wait_for(lambda: _accepts(path), "the sound server")
 
     def record_sound(self):
         """Starts to record what is played, and waits until it does; see loudest_sample()."""
