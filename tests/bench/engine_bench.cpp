@@ -205,4 +205,3 @@ void currentCalendar(benchmark::State& state) {
 BENCHMARK(currentCalendar);
 
 } // namespace
-

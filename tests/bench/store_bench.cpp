@@ -1,13 +1,11 @@
 // The store with many reminders: loading, saving, idling, memory.
 #include "store/plist_writer.h"
 #include "store/reminder_store.h"
-
 #include "support/test_environment.h"
 
 #include <QFile>
 
 #include <benchmark/benchmark.h>
-
 #include <malloc.h>
 
 using namespace tockwise;
@@ -69,8 +67,8 @@ void save(benchmark::State& state) {
     (void)store->queue().set<&Columns::reminderRecent>(0, ++count);
     store->saveDefaults();
   }
-  state.counters["bytesWritten"] = double(store->preferences().bytesWritten() - before) /
-                                   double(std::max<qint64>(1, count));
+  state.counters["bytesWritten"] =
+      double(store->preferences().bytesWritten() - before) / double(std::max<qint64>(1, count));
 }
 BENCHMARK(save)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 

@@ -1,20 +1,19 @@
 // A process saves state after state and is killed at random moments; after each kill the store
 // opens undamaged and holds a state that was saved whole.
 #include "store/reminder_store.h"
-
 #include "support/test_environment.h"
 
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTest>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
-
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace tockwise;
 

@@ -1,5 +1,4 @@
 #include "store/reminder_store.h"
-
 #include "support/test_environment.h"
 
 #include <QDir>
@@ -94,15 +93,17 @@ class ReminderStoreTest : public QObject {
 
   void foreignElementsBecomePadsAndTheOriginalIsKept() {
     auto file = threeReminders();
-    file.emplace_back(text("reminderIntervals"),
-                      Value::Array{Value(7), Value(Value::Array{Value(1)}),
-                                   Value(Value::Array(4, Value(1)))});
-    file.emplace_back(text("reminderExtras"),
-                      Value::Array{Value(Value::Dictionary{{text("days"), Value(1)},
-                                                           {text("times"), Value(2)}}),
-                                   Value(text("x")), Value(Value::Dictionary{})});
-    file.emplace_back(text("reminderUUID"), Value::Array{Value(1), Value(text("U2")), Value(text("U3"))});
-    file.emplace_back(text("reminderRecent"), Value::Array{Value(true), Value(4), Value(text("x"))});
+    file.emplace_back(
+        text("reminderIntervals"),
+        Value::Array{Value(7), Value(Value::Array{Value(1)}), Value(Value::Array(4, Value(1)))});
+    file.emplace_back(
+        text("reminderExtras"),
+        Value::Array{Value(Value::Dictionary{{text("days"), Value(1)}, {text("times"), Value(2)}}),
+                     Value(text("x")), Value(Value::Dictionary{})});
+    file.emplace_back(text("reminderUUID"),
+                      Value::Array{Value(1), Value(text("U2")), Value(text("U3"))});
+    file.emplace_back(text("reminderRecent"),
+                      Value::Array{Value(true), Value(4), Value(text("x"))});
     file.emplace_back(text("recentReminders"), Value::Array{Value(text("x"))});
     writeFile(file);
     const auto store = open();
@@ -129,11 +130,9 @@ class ReminderStoreTest : public QObject {
 
   void theOlderDistantPastIsOurs() {
     auto file = threeReminders();
-    file.emplace_back(text("reminderDateTimeFired"),
-                      Value::Array(3, Value(Date{-63114076800.0})));
+    file.emplace_back(text("reminderDateTimeFired"), Value::Array(3, Value(Date{-63114076800.0})));
     writeFile(file);
-    QCOMPARE(open()->queue()->reminderDateTimeFired.values(),
-             std::vector<Date>(3, kDistantPast));
+    QCOMPARE(open()->queue()->reminderDateTimeFired.values(), std::vector<Date>(3, kDistantPast));
   }
 
   void mailColumnsArePaddedWithThePreferences() {
@@ -202,7 +201,8 @@ class ReminderStoreTest : public QObject {
     Reminder edited = *store->queue().reminder(1);
     edited.reminderDescriptions = text("c");
     QVERIFY(store->editReminder(first, edited));
-    QCOMPARE(store->queue()->reminderDescriptions.values(), (std::vector<QString>{text("b"), text("c")}));
+    QCOMPARE(store->queue()->reminderDescriptions.values(),
+             (std::vector<QString>{text("b"), text("c")}));
     QCOMPARE(store->queue()->reminderDateTimeModified.values()[1], m_clock.now());
     QVERIFY(store->removeReminder(second));
     QCOMPARE(store->queue()->reminderUUID.values(), (std::vector<QString>{first}));
