@@ -10,9 +10,9 @@ namespace tockwise {
 
 /// What an alert window shows, and which reminder it is of.
 struct AlertRequest {
-  QString reminder;    // the plain text
-  QByteArray RTFData;  // the archived rich text, or empty
-  Date date;           // the fire date before rescheduling
+  QString reminder;       // the plain text
+  QByteArray RTFData;     // the archived rich text, or empty
+  Date date;              // the fire date before rescheduling
   bool sentEmail = false; // the reminder's own flags
   bool sentSMS = false;
   bool rescheduled = false;

@@ -5,7 +5,7 @@ set -u
 folder=$(mktemp -d)
 export HOME=$folder XDG_CONFIG_HOME=$folder/config XDG_DATA_HOME=$folder/data \
   XDG_CACHE_HOME=$folder/cache XDG_RUNTIME_DIR=$folder/run QT_QPA_PLATFORM=xcb
-mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+mkdir -p "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
 # -noreset: the server must not start over between two clients, or the window manager's connection
 # may be lost with it.
 exec 6>"$folder/display"
