@@ -39,7 +39,7 @@ class BenchStore {
     store->saveDefaults();
   }
   static std::unique_ptr<ReminderStore> open() {
-    return std::move(*ReminderStore::open(PreferencesStore::Paths::ofUser(), benchClock()));
+    return ReminderStore::open(PreferencesStore::Paths::ofUser(), benchClock()).value();
   }
 
  private:

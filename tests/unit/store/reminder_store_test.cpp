@@ -144,6 +144,31 @@ class ReminderStoreTest : public QObject {
     QCOMPARE(store->queue()->reminderSendSMS.values(), std::vector<Flag>(3, false));
   }
 
+  // A file as version 0.1.0 wrote it: what the format promises holds for every later version.
+  void aRecordedStoreIsRead() {
+    QDir().mkpath(QFileInfo(PreferencesStore::Paths::ofUser().file).path());
+    QVERIFY(QFile::copy(text(TOCKWISE_TEST_DATA "/store/version-0.1.0.plist"),
+                        PreferencesStore::Paths::ofUser().file));
+    const auto store = open();
+    QCOMPARE(store->loadReport().foreignElements, 0);
+    QCOMPARE(store->queue().count(), 2);
+    const Reminder first = *store->queue().reminder(0);
+    QCOMPARE(first.reminderUUID, text("0D3A4B5C-6D7E-4F80-9A1B-2C3D4E5F6071"));
+    QCOMPARE(first.reminderDescriptions, text("Water the plants 🌱"));
+    QCOMPARE(first.reminderQueue, Date{793200000.5});
+    QCOMPARE(first.reminderIntervals, (Interval{0, 7, 0, 0}));
+    QCOMPARE(first.reminderRecent, 3);
+    QCOMPARE(first.reminderTasks, (Task{false, 0, text("example.org")}));
+    QCOMPARE(first.reminderExtras,
+             (Extra{{false, true, true, true, true, true, false}, {9, 0, 17, 30}}));
+    QCOMPARE(first.reminderOffsets, (Offset{1, 0, 30}));
+    QVERIFY(first.reminderSendEmail);
+    QVERIFY(!isDistantPast(first.reminderDateTimeFired));
+    QVERIFY(isDistantPast(store->queue().reminder(1)->reminderDateTimeFired));
+    QCOMPARE(store->recentReminders().entries().size(), size_t(1));
+    QCOMPARE(store->preferences().integer(text("clockoption")), 3);
+  }
+
   void settingsOfOtherReleasesAreKept() {
     auto file = threeReminders();
     file.emplace_back(text("aKeyOfTomorrow"), Value(Value::Array{Value(1), Value(text("x"))}));
