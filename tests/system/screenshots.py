@@ -12,7 +12,8 @@ from waiting import wait_for
 
 HOUR = 3600
 DAY = 24 * HOUR
-MARGIN = 12  # pixels of desktop around what is shown
+MARGIN = 16  # pixels of desktop around what is shown
+TITLE_BAR = 20
 WALLPAPER = (59, 91, 116)  # red, green, blue
 WORKDAYS = {"days": [False, True, True, True, True, True, False], "times": [9, 0, 17, 0]}
 
@@ -32,7 +33,7 @@ def scene():
 def photograph(session, windows, path):
     """What the screen shows where the windows are."""
     left = max(0, min(window.x for window in windows) - MARGIN)
-    top = max(0, min(window.y for window in windows) - MARGIN - 24)
+    top = max(0, min(window.y for window in windows) - MARGIN - TITLE_BAR)
     right = max(window.x + window.width for window in windows) + MARGIN
     bottom = max(window.y + window.height for window in windows) + MARGIN
     area = f"{right - left}x{bottom - top}+{left}+{top}"
