@@ -81,9 +81,22 @@ Ports linuxPorts() {
           std::make_unique<LogindPowerEvents>(), std::make_unique<TimerfdWakeTimer>()};
 }
 
+// Qt ends the program with a core dump where it finds no display.
+bool hasDisplay() {
+  return !qEnvironmentVariableIsEmpty("DISPLAY") ||
+         !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+         !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
 } // namespace
 
 int runApplication(int argc, char** argv) {
+  if (!hasDisplay()) {
+    std::fputs("tockwise: there is no display to show anything on; the command line works without "
+               "one (tockwise --help)\n",
+               stderr);
+    return 1;
+  }
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("tockwise"));
   QApplication::setApplicationDisplayName(QStringLiteral("Tockwise"));

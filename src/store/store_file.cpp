@@ -129,9 +129,12 @@ Result<void> writeAtomically(const QString& path, const QByteArray& bytes) {
 }
 
 Result<void> makePrivateFolder(const QString& path) {
-  if (QFileInfo(path).isDir())
+  if (QFileInfo(path).isDir()) {
+    ::chmod(QFile::encodeName(path).constData(), 0700); // somebody else's folder stays as it is
     return {};
-  if (const QString parent = QFileInfo(path).path(); parent != path) {
+  }
+  const QString parent = QFileInfo(path).path();
+  if (parent != path && !QFileInfo(parent).isDir()) {
     if (const auto made = makePrivateFolder(parent); !made)
       return made;
   }

@@ -29,7 +29,8 @@ Result<QByteArray> readWholeFile(const QString& path);
 /// fsync, rename, fsync of the folder; mode 0600. A failure leaves the old file whole.
 Result<void> writeAtomically(const QString& path, const QByteArray& bytes);
 
-/// Makes the folder with mode 0700, and what is above it; one that is there keeps its mode.
+/// Makes the folder, and what is above it, with mode 0700. A folder that is there is given that
+/// mode; what is above it keeps its own.
 Result<void> makePrivateFolder(const QString& path);
 
 /// An exclusive lock that dies with its holder.

@@ -133,6 +133,16 @@ class PreferencesStoreTest : public QObject {
     QCOMPARE(status.st_mode & 0777, mode_t(0700));
   }
 
+  void aFolderThatIsThereIsMadePrivate() {
+    const QByteArray folder = QFile::encodeName(QFileInfo(m_paths.file).path());
+    QDir().mkpath(QFileInfo(m_paths.file).path());
+    QCOMPARE(::chmod(folder.constData(), 0755), 0);
+    write(text("x"));
+    struct stat status = {};
+    QCOMPARE(::stat(folder.constData(), &status), 0);
+    QCOMPARE(status.st_mode & 0777, mode_t(0700));
+  }
+
   void nothingIsWrittenWhenNothingChanged() {
     write(text("x"));
     const auto store = open();
