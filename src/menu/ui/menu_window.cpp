@@ -55,8 +55,7 @@ void MenuWindow::refresh() {
 
 void MenuWindow::showEvent(QShowEvent* event) {
   refresh();
-  if (!m_list->currentIndex().isValid())
-    moveCurrent(1);
+  m_list->selectionModel()->clear(); // nothing is highlighted until a key or the pointer does
   QWidget::showEvent(event);
   Q_EMIT visibilityChanged(true);
 }
@@ -69,6 +68,11 @@ void MenuWindow::hideEvent(QHideEvent* event) {
 bool MenuWindow::eventFilter(QObject* watched, QEvent* event) {
   if (watched == m_list && event->type() == QEvent::KeyPress)
     return handleKey(static_cast<QKeyEvent*>(event)->key());
+  if (watched == m_list && event->type() == QEvent::FocusIn) {
+    // The list would make its first item current, and a stray Return would quit the program.
+    m_list->viewport()->update();
+    return true;
+  }
   if (watched == m_list->viewport() && event->type() == QEvent::MouseButtonRelease)
     return handleClick(static_cast<QMouseEvent*>(event)->position().toPoint());
   if (watched == m_list->viewport() && event->type() == QEvent::MouseMove) {

@@ -60,7 +60,7 @@ class MenuWindowTest : public QObject {
   void itShowsTheWholeMenu() {
     OpenWindow test;
     test.open();
-    QCOMPARE(test.current(), QStringLiteral("Quit Tockwise"));
+    QVERIFY(!test.list->currentIndex().isValid());
     QVERIFY(test.row(QStringLiteral("Tea")).isValid());
     QVERIFY(test.row(QStringLiteral("2 items, sorted by: date")).isValid());
     QVERIFY(test.row(QStringLiteral("1 minutes, 0 seconds")).isValid());
@@ -70,6 +70,8 @@ class MenuWindowTest : public QObject {
     OpenWindow test;
     test.open();
     QTest::keyClick(test.list, Qt::Key_Down);
+    QCOMPARE(test.current(), QStringLiteral("Quit Tockwise"));
+    QTest::keyClick(test.list, Qt::Key_Down);
     QCOMPARE(test.current(), QStringLiteral("New Reminder...")); // save and open are disabled
     QTest::keyClick(test.list, Qt::Key_Up);
     QCOMPARE(test.current(), QStringLiteral("Quit Tockwise"));
@@ -77,10 +79,20 @@ class MenuWindowTest : public QObject {
     QCOMPARE(test.current(), QStringLiteral("Quit Tockwise"));
   }
 
+  void aStrayReturnChoosesNothing() {
+    OpenWindow test;
+    QSignalSpy activated(&test.window, &MenuWindow::activated);
+    test.open();
+    QTest::keyClick(test.list, Qt::Key_Return);
+    QTest::keyClick(test.list, Qt::Key_Space);
+    QCOMPARE(activated.size(), 0);
+  }
+
   void returnAndClickChoose() {
     OpenWindow test;
     test.open();
     QSignalSpy spy(&test.window, &MenuWindow::activated);
+    QTest::keyClick(test.list, Qt::Key_Down);
     QTest::keyClick(test.list, Qt::Key_Down);
     QTest::keyClick(test.list, Qt::Key_Return);
     QCOMPARE(activationOf(spy).action, QStringLiteral("newReminder"));
