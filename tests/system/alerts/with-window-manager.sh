@@ -5,7 +5,8 @@ set -u
 folder=$(mktemp -d)
 export HOME=$folder XDG_CONFIG_HOME=$folder/config XDG_DATA_HOME=$folder/data \
   XDG_CACHE_HOME=$folder/cache XDG_RUNTIME_DIR=$folder/run QT_QPA_PLATFORM=xcb
-mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+mkdir -p "$XDG_RUNTIME_DIR"
+chmod 700 "$XDG_RUNTIME_DIR"
 exec 6>"$folder/display"
 Xvfb -displayfd 6 -screen 0 1280x800x24 -nolisten tcp >"$folder/xvfb.log" 2>&1 &
 server=$!
