@@ -3,9 +3,16 @@
 
 #include <QCoreApplication>
 
+#include <cstdio>
+#include <cstdlib>
+
 int main(int argc, char** argv) {
   if (argc <= 1)
     return tockwise::runApplication(argc, argv);
   const QCoreApplication application(argc, argv);
-  return tockwise::runCommand(QCoreApplication::arguments().mid(1));
+  const int status = tockwise::runCommand(QCoreApplication::arguments().mid(1));
+  // Everything is written and closed by now. Leaving here, before Qt's statics are taken down,
+  // keeps its bus thread from complaining on stderr about a message that comes meanwhile.
+  std::fflush(nullptr);
+  std::_Exit(status);
 }

@@ -9,6 +9,7 @@
 #include "menu/status_menu.h"
 
 #include <QCoreApplication>
+#include <QDesktopServices>
 #include <QJsonObject>
 
 #include <map>
@@ -28,7 +29,9 @@ std::vector<OpenAlert> openAlerts(const AlertWindows& alerts) {
 } // namespace
 
 AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, QObject* parent)
-    : QObject(parent), m_store(std::move(store)), m_ports(std::move(ports)),
+    : QObject(parent),
+      m_store(std::move(store)),
+      m_ports(std::move(ports)),
       m_richTitles([](const QByteArray&) { return std::optional<RichText>(); }),
       m_sounds(m_store->preferences(), *m_ports.soundPlayer, AlertSounds::standardFolders(),
                AlertSounds::systemRandom()),
@@ -43,6 +46,7 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
       m_tickTimer(m_tick, *m_ports.wakeTimer, *m_ports.powerEvents, m_store->clock()),
       m_commands(*m_store, [this] { changed(); }),
       m_tray([this] { return currentMenuInput(&m_richTitles); }),
+      m_noTrayHint(m_tray, m_store->preferences(), *m_ports.prompter),
       m_storeWatch(m_store->preferences().paths().file) {
   m_alerts.setReminderRemover(&m_removeReminder);
   m_sounds.buildSoundList();
@@ -53,8 +57,7 @@ AppController::~AppController() = default;
 
 TickActions AppController::tickActions() {
   return {[this] { m_sort.sort(); }, [this] { m_store->preferences().synchronize(); },
-          [this] { m_store->saveDefaults(); }, [this] { Q_EMIT dataModified(); },
-          systemSteadyTime};
+          [this] { m_store->saveDefaults(); }, [this] { Q_EMIT dataModified(); }, systemSteadyTime};
 }
 
 void AppController::connectAll() {
@@ -62,6 +65,8 @@ void AppController::connectAll() {
   connect(&m_alerts, &AlertWindows::closed, this, &AppController::alertClosed);
   connect(&m_alerts, &AlertWindows::countChanged, this, &AppController::showState);
   connect(&m_alerts, &AlertWindows::remindAgainRequested, this, &AppController::remindAgain);
+  connect(&m_alerts, &AlertWindows::linkChosen, this,
+          [](const QUrl& address) { QDesktopServices::openUrl(address); });
   connect(&m_tickTimer, &TickTimer::ticked, this, &AppController::showState);
   connect(&m_storeWatch, &StoreWatch::changed, &m_tickTimer, &TickTimer::poke);
   connect(&m_tray, &TrayController::activated, this, &AppController::perform);
@@ -74,6 +79,7 @@ void AppController::connectAll() {
 void AppController::start() {
   m_tray.start();
   m_tickTimer.start();
+  m_noTrayHint.start();
   if (const QString damage = damageText(m_store->loadReport()); !damage.isEmpty())
     m_ports.prompter->tell(QString::fromUtf16(kDamageTitle), damage);
 }
@@ -131,10 +137,11 @@ Result<void> AppController::alertCommand(const QString& action, int position) {
     return {};
   }
   if (index >= m_alerts.count()) {
-    return Error{Error::Kind::NotFound,
-                 m_alerts.count() == 0
-                     ? QStringLiteral("There Are No Current Alerts")
-                     : QStringLiteral("there is no alert %1; %2 are open").arg(position).arg(m_alerts.count())};
+    return Error{Error::Kind::NotFound, m_alerts.count() == 0
+                                            ? QStringLiteral("There Are No Current Alerts")
+                                            : QStringLiteral("there is no alert %1; %2 are open")
+                                                  .arg(position)
+                                                  .arg(m_alerts.count())};
   }
   if (action == u"ok")
     return m_alerts.OK(index);
@@ -157,7 +164,8 @@ void AppController::perform(const MenuActivation& activation) {
          if (self.mayQuit(QuitMode::Ask))
            self.quitNow();
        }},
-      {QStringLiteral("about"), [](AppController& self, const MenuActivation&) { tockwise::about(*self.m_ports.prompter); }},
+      {QStringLiteral("about"),
+       [](AppController& self, const MenuActivation&) { tockwise::about(*self.m_ports.prompter); }},
       {QStringLiteral("deleteMenuItem"),
        [](AppController& self, const MenuActivation& chosen) {
          self.deleteMenuItem(chosen.reminderUUID);

@@ -7,6 +7,7 @@
 #include "alerts/quit_question.h"
 #include "alerts/remove_reminder.h"
 #include "app/command_service.h"
+#include "app/no_tray_hint.h"
 #include "app/ports.h"
 #include "app/store_watch.h"
 #include "engine/firing.h"
@@ -88,6 +89,7 @@ class AppController final : public QObject, private FiringActions {
   TickTimer m_tickTimer;
   CommandService m_commands;
   TrayController m_tray;
+  NoTrayHint m_noTrayHint;
   StoreWatch m_storeWatch;
   quint64 m_announcedRevision = 0;
 };

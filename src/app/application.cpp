@@ -3,6 +3,7 @@
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/bus_service.h"
+#include "menu/ui/clock_icon.h"
 #include "platform/canberra_sound_player.h"
 #include "platform/logind_power_events.h"
 #include "platform/message_prompter.h"
@@ -28,9 +29,9 @@ Instance claimBusName(QObject& root) {
   if (!bus.isConnected())
     return Instance::Unknown;
   bus.registerObject(busPath(), &root, QDBusConnection::ExportAdaptors);
-  const auto reply = bus.interface()->registerService(
-      busName(), QDBusConnectionInterface::DontQueueService,
-      QDBusConnectionInterface::DontAllowReplacement);
+  const auto reply =
+      bus.interface()->registerService(busName(), QDBusConnectionInterface::DontQueueService,
+                                       QDBusConnectionInterface::DontAllowReplacement);
   if (!reply.isValid())
     return Instance::Unknown;
   return reply.value() == QDBusConnectionInterface::ServiceRegistered ? Instance::First
@@ -38,9 +39,8 @@ Instance claimBusName(QObject& root) {
 }
 
 int showRunningOne() {
-  const QDBusMessage reply = QDBusConnection::sessionBus().call(
-      QDBusMessage::createMethodCall(busName(), busPath(), busInterface(),
-                                     QStringLiteral("ShowMenu")));
+  const QDBusMessage reply = QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+      busName(), busPath(), busInterface(), QStringLiteral("ShowMenu")));
   return reply.type() == QDBusMessage::ErrorMessage ? 1 : 0;
 }
 
@@ -55,8 +55,8 @@ int failToStart(const Error& error) {
           ? QStringLiteral("another Tockwise has your reminders open (in another session?)")
           : error.message;
   std::fprintf(stderr, "tockwise: %s\n", qUtf8Printable(reason));
-  MessagePrompter().ask({QStringLiteral("Tockwise cannot start"), reason,
-                         {QStringLiteral("OK")}, 0, 0});
+  MessagePrompter().ask(
+      {QStringLiteral("Tockwise cannot start"), reason, {QStringLiteral("OK")}, 0, 0});
   return 1;
 }
 
@@ -89,6 +89,7 @@ int runApplication(int argc, char** argv) {
   QApplication::setApplicationDisplayName(QStringLiteral("Tockwise"));
   QApplication::setApplicationVersion(QStringLiteral(TOCKWISE_VERSION));
   QApplication::setDesktopFileName(busName());
+  QApplication::setWindowIcon(applicationIcon());
   QApplication::setQuitOnLastWindowClosed(false);
 
   if (isRunning())

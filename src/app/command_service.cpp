@@ -30,11 +30,9 @@ CommandService::CommandService(ReminderStore& store, std::function<void()> onCha
 
 Result<void> CommandService::finish() {
   m_onChanged();
-  if (!m_store.preferences().isSaved()) {
+  if (const auto& failure = m_store.preferences().writeFailure()) {
     return Error{Error::Kind::Storage,
-                 QStringLiteral("the change could not be written to %1 (it is kept while Tockwise "
-                                "runs, and writing is tried again)")
-                     .arg(m_store.preferences().paths().file)};
+                 QStringLiteral("the change could not be saved: %1").arg(failure->message)};
   }
   return {};
 }
@@ -49,8 +47,7 @@ Result<QString> CommandService::add(const QString& text, const QVariantMap& opti
       applyReminderOptions(all, reminder, m_store.clock().now(), Calendar::current());
   if (!applied)
     return applied.error();
-  const QString uuid =
-      m_store.appendReminder(std::move(reminder), ReminderStore::RecentEntry::Add);
+  const QString uuid = m_store.appendReminder(std::move(reminder), ReminderStore::RecentEntry::Add);
   if (const auto finished = finish(); !finished)
     return finished.error();
   return uuid;
@@ -71,10 +68,9 @@ Result<qsizetype> CommandService::find(const QString& which) const {
   if (isPosition) {
     if (position >= 1 && position <= m_store.queue().count())
       return qsizetype(position - 1);
-    return Error{Error::Kind::NotFound,
-                 QStringLiteral("there is no reminder %1; the queue has %2")
-                     .arg(which)
-                     .arg(m_store.queue().count())};
+    return Error{Error::Kind::NotFound, QStringLiteral("there is no reminder %1; the queue has %2")
+                                            .arg(which)
+                                            .arg(m_store.queue().count())};
   }
   if (const auto index = m_store.queue().indexOf(which.toUpper()))
     return *index;
@@ -144,8 +140,7 @@ Result<void> CommandService::setPreference(const QString& key, const QStringList
     return Error{Error::Kind::Usage, QStringLiteral("there is no setting \"%1\"").arg(key)};
   auto value = parseSetting(row->type, words);
   if (!value) {
-    return Error{value.error().kind,
-                 QStringLiteral("%1: %2").arg(key, value.error().message)};
+    return Error{value.error().kind, QStringLiteral("%1: %2").arg(key, value.error().message)};
   }
   m_store.preferences().setValue(key, std::move(*value));
   m_store.preferences().synchronize();

@@ -18,7 +18,9 @@ class SilentPrompter final : public Prompter {
 
 void putInOrder(ReminderStore& store) {
   SilentPrompter prompter;
-  QueueSort(store.queue(), store.preferences(), prompter, [&store] { store.saveDefaults(); }).sort();
+  QueueSort(store.queue(), store.preferences(), prompter, [&store] {
+    store.saveDefaults();
+  }).sort();
 }
 
 } // namespace tockwise

@@ -86,12 +86,10 @@ Result<void> applyIn(const QVariant& value, Target& target) {
 }
 
 Result<void> applyEvery(const QVariant& value, Target& target) {
-  static const std::map<QString, Interval> names{{QStringLiteral("never"), kBlankInterval},
-                                                 {QStringLiteral("month"), {1, 0, 0, 0}},
-                                                 {QStringLiteral("week"), {0, 7, 0, 0}},
-                                                 {QStringLiteral("day"), {0, 1, 0, 0}},
-                                                 {QStringLiteral("hour"), {0, 0, 1, 0}},
-                                                 {QStringLiteral("minute"), {0, 0, 0, 1}}};
+  static const std::map<QString, Interval> names{
+      {QStringLiteral("never"), kBlankInterval}, {QStringLiteral("month"), {1, 0, 0, 0}},
+      {QStringLiteral("week"), {0, 7, 0, 0}},    {QStringLiteral("day"), {0, 1, 0, 0}},
+      {QStringLiteral("hour"), {0, 0, 1, 0}},    {QStringLiteral("minute"), {0, 0, 0, 1}}};
   const QString text = value.toString();
   if (const auto named = names.find(text); named != names.end()) {
     target.reminder.reminderIntervals = named->second;
@@ -110,19 +108,17 @@ Result<void> applyEvery(const QVariant& value, Target& target) {
 }
 
 Result<void> applyDays(const QVariant& value, Target& target) {
-  static const QStringList names{QStringLiteral("Sun"), QStringLiteral("Mon"),
-                                 QStringLiteral("Tue"), QStringLiteral("Wed"),
-                                 QStringLiteral("Thu"), QStringLiteral("Fri"),
-                                 QStringLiteral("Sat")};
+  static const QStringList names{
+      QStringLiteral("Sun"), QStringLiteral("Mon"), QStringLiteral("Tue"), QStringLiteral("Wed"),
+      QStringLiteral("Thu"), QStringLiteral("Fri"), QStringLiteral("Sat")};
   std::array<bool, 7> days{};
   for (const QString& word : value.toString().split(u',')) {
-    const qsizetype day = names.indexOf(
-        QRegularExpression(QRegularExpression::anchoredPattern(
-                               QRegularExpression::escape(word.trimmed())),
-                           QRegularExpression::CaseInsensitiveOption));
+    const qsizetype day = names.indexOf(QRegularExpression(
+        QRegularExpression::anchoredPattern(QRegularExpression::escape(word.trimmed())),
+        QRegularExpression::CaseInsensitiveOption));
     if (day < 0)
-      return usage(QStringLiteral("--days takes %1, not \"%2\"")
-                       .arg(names.join(u','), value.toString()));
+      return usage(
+          QStringLiteral("--days takes %1, not \"%2\"").arg(names.join(u','), value.toString()));
     days[size_t(day)] = true;
   }
   target.reminder.reminderExtras.days = days;
@@ -134,8 +130,7 @@ Result<void> applyBetween(const QVariant& value, Target& target) {
       QStringLiteral("^([01]?\\d|2[0-3]):([0-5]\\d)-([01]?\\d|2[0-3]):([0-5]\\d)$"));
   const auto match = form.match(value.toString());
   if (!match.hasMatch())
-    return usage(
-        QStringLiteral("--between takes HH:MM-HH:MM, not \"%1\"").arg(value.toString()));
+    return usage(QStringLiteral("--between takes HH:MM-HH:MM, not \"%1\"").arg(value.toString()));
   for (int i = 0; i < 4; ++i)
     target.reminder.reminderExtras.times[size_t(i)] = match.captured(i + 1).toInt();
   return {};
@@ -186,11 +181,11 @@ struct Option {
   const char16_t* name;
   Apply apply;
 };
-constexpr Option kOptions[] = {{u"text", applyText},   {u"at", applyAt},
-                               {u"in", applyIn},       {u"every", applyEvery},
-                               {u"days", applyDays},   {u"between", applyBetween},
+constexpr Option kOptions[] = {{u"text", applyText},     {u"at", applyAt},
+                               {u"in", applyIn},         {u"every", applyEvery},
+                               {u"days", applyDays},     {u"between", applyBetween},
                                {u"before", applyBefore}, {u"email", applyEmail},
-                               {u"sms", applySms},     {u"task", applyTask}};
+                               {u"sms", applySms},       {u"task", applyTask}};
 
 } // namespace
 

@@ -24,8 +24,8 @@ Result<QVariant> BusBackend::call(const QString& method, const QVariantList& arg
   message.setArguments(arguments);
   message.setAutoStartService(false);
   // A question may stay open for as long as its user likes.
-  const QDBusMessage reply = QDBusConnection::sessionBus().call(
-      message, QDBus::Block, std::numeric_limits<int>::max());
+  const QDBusMessage reply =
+      QDBusConnection::sessionBus().call(message, QDBus::Block, std::numeric_limits<int>::max());
   if (reply.type() != QDBusMessage::ErrorMessage) {
     const QVariant value = reply.arguments().value(0);
     if (value.canConvert<QDBusArgument>())

@@ -33,13 +33,13 @@ Result<qsizetype> takeOption(Invocation& invocation, const QStringList& words, q
     return 1;
   }
   const auto& options = invocation.command->options;
-  const auto known =
-      std::find_if(options.begin(), options.end(), [&](const OptionSpec& option) {
-        return word.startsWith(u"--") && name == QStringView(option.name);
-      });
+  const auto known = std::find_if(options.begin(), options.end(), [&](const OptionSpec& option) {
+    return word.startsWith(u"--") && name == QStringView(option.name);
+  });
   if (known == options.end()) {
-    return usage(QStringLiteral("%1: there is no option %2 (put -- before a text that starts with a dash)")
-                     .arg(QStringView(invocation.command->name), word));
+    return usage(
+        QStringLiteral("%1: there is no option %2 (put -- before a text that starts with a dash)")
+            .arg(QStringView(invocation.command->name), word));
   }
   if (!known->takesValue) {
     if (equals >= 0)
@@ -56,7 +56,8 @@ Result<qsizetype> takeOption(Invocation& invocation, const QStringList& words, q
 Result<void> checkArguments(const Invocation& invocation) {
   const CommandSpec& command = *invocation.command;
   const auto count = int(invocation.arguments.size());
-  if (count >= command.fewestArguments && (command.mostArguments < 0 || count <= command.mostArguments))
+  if (count >= command.fewestArguments &&
+      (command.mostArguments < 0 || count <= command.mostArguments))
     return {};
   return usage(QStringLiteral("usage: tockwise %1 %2")
                    .arg(QStringView(command.name), QStringView(command.synopsis)));
@@ -97,8 +98,9 @@ Result<Invocation> parseCommandLine(const QStringList& words) {
 QString helpText(const CommandSpec* command) {
   QString text;
   if (!command) {
-    text = QStringLiteral("Tockwise %1, a reminder application that lives in the system tray.\n\n"
-                          "tockwise\n    starts the application, or shows the menu of the running one\n")
+    text = QStringLiteral(
+               "Tockwise %1, a reminder application that lives in the system tray.\n\n"
+               "tockwise\n    starts the application, or shows the menu of the running one\n")
                .arg(QStringLiteral(TOCKWISE_VERSION));
     for (const CommandSpec& each : commandTable()) {
       text += QStringLiteral("tockwise %1 %2\n    %3\n")

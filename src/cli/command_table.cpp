@@ -30,8 +30,8 @@ constexpr std::array kJsonOption{OptionSpec{u"json", false, u"print one JSON val
 constexpr std::array kYesOption{OptionSpec{u"yes", false, u"answer every question with Yes"}};
 
 constexpr CommandSpec kCommands[] = {
-    {u"add", u"TEXT (--at WHEN | --in TIME) [options]", u"appends a reminder; prints its identifier",
-     1, 1, kAddOptions},
+    {u"add", u"TEXT (--at WHEN | --in TIME) [options]",
+     u"appends a reminder; prints its identifier", 1, 1, kAddOptions},
     {u"list", u"[--json]", u"the queue in its order", 0, 0, kJsonOption},
     {u"show", u"UUID|N [--json]", u"one reminder; N counts from 1", 1, 1, kJsonOption},
     {u"edit", u"UUID|N [options] [--text TEXT]", u"changes a reminder", 1, 1, kEditOptions},

@@ -9,6 +9,7 @@
 
 #include <QElapsedTimer>
 #include <QJsonDocument>
+#include <QLoggingCategory>
 #include <QThread>
 
 #include <cstdio>
@@ -17,7 +18,7 @@ namespace tockwise {
 namespace {
 
 // How long a command waits for another one that has the store open.
-constexpr qint64 kPatience = 10000; // ms
+constexpr qint64 kPatience = 10000;  // ms
 constexpr unsigned long kPause = 10; // ms
 
 using Printed = Result<QString>; // what a command prints on stdout
@@ -99,17 +100,19 @@ Printed runAlerts(Backend& backend, const Invocation& words) {
   if (words.arguments.isEmpty()) {
     return printJson<QJsonArray>(backend, QStringLiteral("Alerts"), {}, words.json, alertsText);
   }
-  static const QStringList actions{QStringLiteral("ok"),   QStringLiteral("again"),
+  static const QStringList actions{QStringLiteral("ok"),     QStringLiteral("again"),
                                    QStringLiteral("delete"), QStringLiteral("show"),
-                                   QStringLiteral("hide"), QStringLiteral("ok-all")};
+                                   QStringLiteral("hide"),   QStringLiteral("ok-all")};
   bool numeric = true;
   const int position = words.arguments.size() > 1 ? words.arguments[1].toInt(&numeric) : 0;
   if (!actions.contains(words.arguments[0]) || !numeric || position < 0 ||
       (words.arguments.size() > 1 && position < 1)) {
-    return Error{Error::Kind::Usage, QStringLiteral("usage: tockwise alerts %1")
-                                         .arg(QStringView(words.command->synopsis))};
+    return Error{
+        Error::Kind::Usage,
+        QStringLiteral("usage: tockwise alerts %1").arg(QStringView(words.command->synopsis))};
   }
-  return silently(printReply(backend, QStringLiteral("AlertCommand"), {words.arguments[0], position}));
+  return silently(
+      printReply(backend, QStringLiteral("AlertCommand"), {words.arguments[0], position}));
 }
 
 Printed listPreferences(Backend& backend) {
@@ -139,8 +142,9 @@ Printed runPrefs(Backend& backend, const Invocation& words) {
     return printReply(backend, QStringLiteral("SetPreference"),
                       {words.arguments[1], QVariant(words.arguments.mid(2))});
   }
-  return Error{Error::Kind::Usage, QStringLiteral("usage: tockwise prefs %1")
-                                       .arg(QStringView(words.command->synopsis))};
+  return Error{
+      Error::Kind::Usage,
+      QStringLiteral("usage: tockwise prefs %1").arg(QStringView(words.command->synopsis))};
 }
 
 Printed runQuit(Backend& backend, const Invocation& words) {
@@ -148,7 +152,8 @@ Printed runQuit(Backend& backend, const Invocation& words) {
   if (!reply)
     return reply.error();
   if (!reply->toBool())
-    return Error{Error::Kind::Refused, QStringLiteral("Tockwise keeps running: the question was answered with No")};
+    return Error{Error::Kind::Refused,
+                 QStringLiteral("Tockwise keeps running: the question was answered with No")};
   return QString();
 }
 
@@ -171,7 +176,8 @@ Printed carryOut(Backend& backend, const Invocation& words) {
   if (name == u"list")
     return printJson<QJsonArray>(backend, QStringLiteral("List"), {}, words.json, listText);
   if (name == u"show")
-    return printJson<QJsonObject>(backend, QStringLiteral("Show"), {first}, words.json, reminderText);
+    return printJson<QJsonObject>(backend, QStringLiteral("Show"), {first}, words.json,
+                                  reminderText);
   if (name == u"menu")
     return printJson<QJsonArray>(backend, QStringLiteral("Menu"), {}, words.json, menuText);
   if (name == u"alerts")
@@ -202,6 +208,8 @@ int runCommand(const QStringList& words) {
     print(stdout, helpText(invocation->command));
     return kDone;
   }
+  // A command tells what happened in one line of its own.
+  QLoggingCategory::setFilterRules(QStringLiteral("tockwise.info=false"));
   const SystemClock clock;
   const auto backend = findBackend(clock);
   if (!backend)

@@ -39,7 +39,9 @@ const std::map<QString, Method>& methods() {
       {QStringLiteral("GetPreference"),
        [](S& s, const L& a) { return reply(s.getPreference(a[0].toString())); }},
       {QStringLiteral("SetPreference"),
-       [](S& s, const L& a) { return reply(s.setPreference(a[0].toString(), a[1].toStringList())); }},
+       [](S& s, const L& a) {
+         return reply(s.setPreference(a[0].toString(), a[1].toStringList()));
+       }},
       {QStringLiteral("ListPreferences"), [](S& s, const L&) {
          QVariantMap map;
          for (const auto& [key, text] : s.preferences())

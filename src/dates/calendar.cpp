@@ -22,7 +22,7 @@ namespace {
 // The calendar's ends. ICU reaches farther, and 64-bit seconds much farther, so that sums of
 // clamped figures cannot overflow.
 constexpr qint64 kFarthest = 9'000'000'000'000; // seconds from 1970; some 285,000 years
-constexpr qint64 kMostMonths = 12 * 600'000;
+constexpr qint64 kMostMonths = qint64(12) * 600'000;
 constexpr qint64 kMostDays = 2 * kFarthest / kSecondsPerDay + 1;
 constexpr qint64 kMostSeconds = 2 * kFarthest + 1;
 

@@ -43,11 +43,10 @@ QString ruleInZoneFile(const QString& path) {
 }
 
 QString zoneOfFile(const QString& path) {
-  if (const QString name = identifierInPath(path); isZoneIdentifier(name))
+  if (QString name = identifierInPath(path); isZoneIdentifier(name))
     return name;
   // A link of another name may lead into the database, over several steps.
-  if (const QString name = identifierInPath(QFileInfo(path).canonicalFilePath());
-      isZoneIdentifier(name))
+  if (QString name = identifierInPath(QFileInfo(path).canonicalFilePath()); isZoneIdentifier(name))
     return name;
   return {};
 }
@@ -62,9 +61,9 @@ QString zoneFromVariable(const QByteArray& TZ) {
     return kFallbackZone;
   if (!zone.startsWith(u'/'))
     return zone;
-  if (const QString name = zoneOfFile(zone); !name.isEmpty())
+  if (QString name = zoneOfFile(zone); !name.isEmpty())
     return name;
-  const QString rule = ruleInZoneFile(zone);
+  QString rule = ruleInZoneFile(zone);
   return rule.isEmpty() ? kFallbackZone : rule;
 }
 
@@ -72,18 +71,18 @@ QString zoneFromFiles(const ZoneFiles& files) {
   const QString localtime = QFile::decodeName(files.localtime);
   const QFileInfo link(localtime);
   if (link.isSymbolicLink()) {
-    if (const QString name = identifierInPath(link.symLinkTarget()); isZoneIdentifier(name))
+    if (QString name = identifierInPath(link.symLinkTarget()); isZoneIdentifier(name))
       return name;
   }
-  if (const QString name = zoneOfFile(localtime); !name.isEmpty())
+  if (QString name = zoneOfFile(localtime); !name.isEmpty())
     return name;
   if (QFile file(QFile::decodeName(files.timezone));
       link.exists() && file.open(QIODevice::ReadOnly)) {
-    const QString name = QString::fromUtf8(file.readLine(256)).trimmed();
+    QString name = QString::fromUtf8(file.readLine(256)).trimmed();
     if (isZoneIdentifier(name))
       return name;
   }
-  const QString rule = ruleInZoneFile(localtime);
+  QString rule = ruleInZoneFile(localtime);
   return rule.isEmpty() ? kFallbackZone : rule;
 }
 

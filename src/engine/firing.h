@@ -10,9 +10,9 @@ namespace tockwise {
 
 /// What an alert window shows, and which reminder it is of.
 struct AlertRequest {
-  QString reminder;    // the plain text
-  QByteArray RTFData;  // the archived rich text, or empty
-  Date date;           // the fire date before rescheduling
+  QString reminder;       // the plain text
+  QByteArray RTFData;     // the archived rich text, or empty
+  Date date;              // the fire date before rescheduling
   bool sentEmail = false; // the reminder's own flags
   bool sentSMS = false;
   bool rescheduled = false;
@@ -34,7 +34,7 @@ class FiringActions {
   virtual void sendSMSWithSubject(const QString& subject, const QString& message) = 0;
   virtual void openAlert(const AlertRequest& request) = 0;
   /// The reminder was counted as fired; comes before all others.
-  virtual void fired(const QString& reminderUUID) = 0;
+  virtual void fired(const QString& reminderUUID) { Q_UNUSED(reminderUUID) }
 };
 
 /// Main thread.

@@ -60,8 +60,9 @@ std::span<const SettingRow> settingTable() {
 }
 
 const SettingRow* findSetting(QStringView key) {
-  const auto* found = std::find_if(std::begin(kTable), std::end(kTable),
-                                   [&](const SettingRow& row) { return key == QStringView(row.key); });
+  const auto* found =
+      std::find_if(std::begin(kTable), std::end(kTable),
+                   [&](const SettingRow& row) { return key == QStringView(row.key); });
   return found == std::end(kTable) ? nullptr : found;
 }
 

@@ -150,8 +150,8 @@ Result<void> Reader::readSized(Object& object, quint8 marker, quint64 at) {
 // outside the table, cycles, nesting beyond the limit, and sharing that unfolds beyond it.
 Result<void> Reader::checkReferences() const {
   struct Sum {
-    quint32 depth = 0;      // 0: not visited yet
-    quint64 expansion = 0;  // values when unfolded
+    quint32 depth = 0;     // 0: not visited yet
+    quint64 expansion = 0; // values when unfolded
   };
   struct Frame {
     quint32 index;
@@ -184,8 +184,8 @@ Result<void> Reader::checkReferences() const {
       continue;
     }
     const Object& object = m_objects[frame.index];
-    const quint64 child = number(
-        object.offset + quint64(frame.next) * quint64(m_referenceSize), m_referenceSize);
+    const quint64 child =
+        number(object.offset + quint64(frame.next) * quint64(m_referenceSize), m_referenceSize);
     ++frame.next;
     if (child >= m_objects.size())
       return damaged(QStringLiteral("a reference outside the table"));
@@ -206,8 +206,7 @@ Result<void> Reader::checkReferences() const {
 
 Ref Reader::reference(Ref container, qsizetype at) const {
   const Object& object = m_objects[container.index];
-  return {quint32(
-      number(object.offset + quint64(at) * quint64(m_referenceSize), m_referenceSize))};
+  return {quint32(number(object.offset + quint64(at) * quint64(m_referenceSize), m_referenceSize))};
 }
 
 qint64 Reader::integer(Ref ref) const {

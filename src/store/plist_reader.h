@@ -15,7 +15,18 @@
 
 namespace tockwise::plist {
 
-enum class Kind : quint8 { Null, Boolean, Integer, Real, Date, Data, String, Uid, Array, Dictionary };
+enum class Kind : quint8 {
+  Null,
+  Boolean,
+  Integer,
+  Real,
+  Date,
+  Data,
+  String,
+  Uid,
+  Array,
+  Dictionary
+};
 
 /// One object of the list. Valid as long as its reader.
 struct Ref {

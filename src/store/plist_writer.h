@@ -55,7 +55,7 @@ class Writer {
   std::vector<Entry> m_entries;
   QByteArray m_scalars;
   std::vector<Object> m_references;
-  QHash<QByteArray, Object> m_known;     // scalars other than data and texts, by their encoding
+  QHash<QByteArray, Object> m_known; // scalars other than data and texts, by their encoding
   QHash<QString, Object> m_knownStrings;
   QHash<QByteArray, Object> m_knownContainers; // small ones, by marker and references
 };

@@ -12,9 +12,9 @@ namespace tockwise::plist {
 namespace {
 
 Error damaged(const QXmlStreamReader& xml, const QString& what) {
-  return Error{Error::Kind::Damaged, QStringLiteral("not a sound property list, line %1: %2")
-                                         .arg(xml.lineNumber())
-                                         .arg(what)};
+  return Error{
+      Error::Kind::Damaged,
+      QStringLiteral("not a sound property list, line %1: %2").arg(xml.lineNumber()).arg(what)};
 }
 
 std::optional<Value> parseInteger(const QString& text) {

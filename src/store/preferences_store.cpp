@@ -66,7 +66,9 @@ PreferencesStore::Paths PreferencesStore::Paths::ofUser() {
 class PreferencesStore::Private {
  public:
   Private(Paths paths, const Clock& clock)
-      : paths(std::move(paths)), encodedFile(QFile::encodeName(this->paths.file)), clock(clock),
+      : paths(std::move(paths)),
+        encodedFile(QFile::encodeName(this->paths.file)),
+        clock(clock),
         backups(this->paths.backups) {}
 
   Result<void> openFile();
@@ -89,7 +91,7 @@ class PreferencesStore::Private {
   StoreSection* section = nullptr;
   quint64 savedRevision = 0;
   bool mustWrite = false;
-  bool failing = false;
+  std::optional<Error> failure;         // of the last write
   std::optional<FileIdentity> identity; // of the file as it was last read or written
   std::optional<plist::Reader> opened;  // until the section has read it
   QString versionOnDisk;
@@ -218,6 +220,10 @@ bool PreferencesStore::isSaved() const {
   return d->changed.empty() && !d->mustWrite && d->isSectionSaved();
 }
 
+const std::optional<Error>& PreferencesStore::writeFailure() const {
+  return d->failure;
+}
+
 void PreferencesStore::requireWrite() {
   d->mustWrite = true;
 }
@@ -290,15 +296,16 @@ void PreferencesStore::synchronize() {
   if (written)
     written = writeAtomically(d->paths.file, bytes);
   if (!written) {
-    if (!d->failing) {
-      d->failing = true;
+    const bool failedBefore = d->failure.has_value();
+    d->failure = written.error();
+    if (!failedBefore) {
       logLine(written.error().message);
       if (onWriteFailure)
         onWriteFailure(written.error());
     }
     return;
   }
-  d->failing = false;
+  d->failure.reset();
   d->changed.clear();
   d->mustWrite = false;
   d->savedRevision = revision;

@@ -15,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace tockwise {
 
@@ -81,6 +82,8 @@ class PreferencesStore final : public Settings {
 
   /// Whether everything is on the disk.
   bool isSaved() const;
+  /// Why the last write failed; nothing when it did not.
+  const std::optional<Error>& writeFailure() const;
   /// Keeps a copy of the file as it is in the backups; returns its path, or "".
   QString backUpNow();
   /// The next write is made even when nothing changed.

@@ -224,9 +224,7 @@ DecodedColumns decodeColumns(const Reader& reader, Ref dictionary,
     }
   };
   std::apply(
-      [&](const auto&... field) {
-        (decode(decoded.columns.*(field.first), field.second), ...);
-      },
+      [&](const auto&... field) { (decode(decoded.columns.*(field.first), field.second), ...); },
       kFields);
   return decoded;
 }

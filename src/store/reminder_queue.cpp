@@ -59,9 +59,7 @@ void ReminderQueue::append(const Reminder& reminder) {
 Result<void> ReminderQueue::replace(qsizetype index, const Reminder& reminder) {
   if (const auto current = this->reminder(index); !current)
     return current.error();
-  const auto put = [&](auto& column, const auto& value) {
-    column.m_values[size_t(index)] = value;
-  };
+  const auto put = [&](auto& column, const auto& value) { column.m_values[size_t(index)] = value; };
   auto& c = m_columns;
   put(c.reminderQueue, reminder.reminderQueue);
   put(c.reminderDateTimeModified, reminder.reminderDateTimeModified);

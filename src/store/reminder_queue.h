@@ -43,10 +43,11 @@ template <typename T> class Column {
   friend class ReminderQueue;
   const T& valueAt(qsizetype index) const { return m_values[size_t(index)]; }
   Error outOfRange(qsizetype index) const {
-    return Error{Error::Kind::OutOfRange, QStringLiteral("%1: index %2 beyond the end (%3 elements)")
-                                              .arg(key())
-                                              .arg(index)
-                                              .arg(size())};
+    return Error{Error::Kind::OutOfRange,
+                 QStringLiteral("%1: index %2 beyond the end (%3 elements)")
+                     .arg(key())
+                     .arg(index)
+                     .arg(size())};
   }
 
   const char16_t* m_key;
@@ -82,23 +83,23 @@ struct Columns {
 };
 
 /// Every column with the Reminder field of the same name: the one list of the sixteen.
-inline constexpr auto kFields = std::tuple{
-    std::pair{&Columns::reminderQueue, &Reminder::reminderQueue},
-    std::pair{&Columns::reminderDateTimeCreated, &Reminder::reminderDateTimeCreated},
-    std::pair{&Columns::reminderDateTimeFired, &Reminder::reminderDateTimeFired},
-    std::pair{&Columns::reminderDateTimeModified, &Reminder::reminderDateTimeModified},
-    std::pair{&Columns::reminderRecent, &Reminder::reminderRecent},
-    std::pair{&Columns::reminderUUID, &Reminder::reminderUUID},
-    std::pair{&Columns::reminderDescriptions, &Reminder::reminderDescriptions},
-    std::pair{&Columns::reminderRTFs, &Reminder::reminderRTFs},
-    std::pair{&Columns::reminderTypes, &Reminder::reminderTypes},
-    std::pair{&Columns::reminderIntervals, &Reminder::reminderIntervals},
-    std::pair{&Columns::reminderSendEmail, &Reminder::reminderSendEmail},
-    std::pair{&Columns::reminderSendSMS, &Reminder::reminderSendSMS},
-    std::pair{&Columns::reminderTasks, &Reminder::reminderTasks},
-    std::pair{&Columns::reminderExtras, &Reminder::reminderExtras},
-    std::pair{&Columns::reminderOffsets, &Reminder::reminderOffsets},
-    std::pair{&Columns::importedUIDs, &Reminder::importedUIDs}};
+inline constexpr auto kFields =
+    std::tuple{std::pair{&Columns::reminderQueue, &Reminder::reminderQueue},
+               std::pair{&Columns::reminderDateTimeCreated, &Reminder::reminderDateTimeCreated},
+               std::pair{&Columns::reminderDateTimeFired, &Reminder::reminderDateTimeFired},
+               std::pair{&Columns::reminderDateTimeModified, &Reminder::reminderDateTimeModified},
+               std::pair{&Columns::reminderRecent, &Reminder::reminderRecent},
+               std::pair{&Columns::reminderUUID, &Reminder::reminderUUID},
+               std::pair{&Columns::reminderDescriptions, &Reminder::reminderDescriptions},
+               std::pair{&Columns::reminderRTFs, &Reminder::reminderRTFs},
+               std::pair{&Columns::reminderTypes, &Reminder::reminderTypes},
+               std::pair{&Columns::reminderIntervals, &Reminder::reminderIntervals},
+               std::pair{&Columns::reminderSendEmail, &Reminder::reminderSendEmail},
+               std::pair{&Columns::reminderSendSMS, &Reminder::reminderSendSMS},
+               std::pair{&Columns::reminderTasks, &Reminder::reminderTasks},
+               std::pair{&Columns::reminderExtras, &Reminder::reminderExtras},
+               std::pair{&Columns::reminderOffsets, &Reminder::reminderOffsets},
+               std::pair{&Columns::importedUIDs, &Reminder::importedUIDs}};
 
 class ReminderQueue {
  public:

@@ -46,13 +46,12 @@ std::map<QString, Value> registeredDefaults() {
                                     {QStringLiteral("defaultTask"), 0},
                                     {QStringLiteral("clockoption"), 1},
                                     {QStringLiteral("quickRemindMenuArray"), quickTimes}};
-  for (const char* key : {"showRichText", "truncateReminders", "useSSL", "useCountdown",
-                          "useAbsolute", "datepicker"})
-    defaults.emplace(QString::fromLatin1(key), true);
   for (const char* key :
-       {"showItemIndex", "showRuler", "sendEmail", "importEventsFromCalendar", "loginItem",
-        "sendSMS", "noReminder", "useADPrefsNoAuth", "useADPrefs", "useGlobalHotKeys",
-        "useDefaultTask"})
+       {"showRichText", "truncateReminders", "useSSL", "useCountdown", "useAbsolute", "datepicker"})
+    defaults.emplace(QString::fromLatin1(key), true);
+  for (const char* key : {"showItemIndex", "showRuler", "sendEmail", "importEventsFromCalendar",
+                          "loginItem", "sendSMS", "noReminder", "useADPrefsNoAuth", "useADPrefs",
+                          "useGlobalHotKeys", "useDefaultTask"})
     defaults.emplace(QString::fromLatin1(key), false);
   for (const char* key : {"email", "sms", "phoneBox", "emailAddressAD", "smtpServerNameAD",
                           "serverPortAD", "usernameAD", "passwordAD", "defaultTaskPath"})
@@ -179,7 +178,8 @@ QString ReminderStore::appendReminder(Reminder reminder, RecentEntry recent) {
 Result<void> ReminderStore::editReminder(const QString& reminderUUID, Reminder edited) {
   const auto index = d->queue.indexOf(reminderUUID);
   if (!index)
-    return Error{Error::Kind::NotFound, QStringLiteral("there is no reminder %1").arg(reminderUUID)};
+    return Error{Error::Kind::NotFound,
+                 QStringLiteral("there is no reminder %1").arg(reminderUUID)};
   edited.reminderDateTimeModified = d->clock.now();
   if (auto replaced = d->queue.replace(*index, edited); !replaced)
     return replaced;
@@ -193,7 +193,8 @@ Result<void> ReminderStore::editReminder(const QString& reminderUUID, Reminder e
 Result<void> ReminderStore::removeReminder(const QString& reminderUUID) {
   const auto index = d->queue.indexOf(reminderUUID);
   if (!index)
-    return Error{Error::Kind::NotFound, QStringLiteral("there is no reminder %1").arg(reminderUUID)};
+    return Error{Error::Kind::NotFound,
+                 QStringLiteral("there is no reminder %1").arg(reminderUUID)};
   auto removed = d->queue.remove(*index);
   saveDefaults();
   return removed;

@@ -34,7 +34,8 @@ class Settings {
 /// Settings that live in memory only.
 class MemorySettings final : public Settings {
  public:
-  explicit MemorySettings(std::map<QString, Value> defaults = {}) : m_defaults(std::move(defaults)) {}
+  explicit MemorySettings(std::map<QString, Value> defaults = {})
+      : m_defaults(std::move(defaults)) {}
   Value value(const QString& key) const override;
   bool isSet(const QString& key) const override { return m_values.contains(key); }
   void setValue(const QString& key, Value value) override;

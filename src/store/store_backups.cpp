@@ -53,7 +53,8 @@ Result<QString> StoreBackups::keep(const QString& file, Date now) {
   const QString stamp = kBaseName + localStamp(now);
   QString path = QDir(m_folder).filePath(stamp + kEnding);
   for (int i = 1; QFileInfo::exists(path); ++i)
-    path = QDir(m_folder).filePath(QStringLiteral("%1-%2%3").arg(stamp).arg(i, 3, 10, QChar(u'0')).arg(kEnding));
+    path = QDir(m_folder).filePath(
+        QStringLiteral("%1-%2%3").arg(stamp).arg(i, 3, 10, QChar(u'0')).arg(kEnding));
   if (const auto written = writeAtomically(path, *bytes); !written)
     return written.error();
   const QStringList all = newestFirst();

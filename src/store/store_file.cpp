@@ -4,15 +4,15 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
-#include <utility>
-
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
 
 namespace tockwise {
 namespace {
@@ -36,7 +36,8 @@ class Descriptor {
 
 Error storageError(const QString& path, int number) {
   const auto kind = number == ENOENT ? Error::Kind::NotFound : Error::Kind::Storage;
-  return Error{kind, QStringLiteral("%1: %2").arg(path, QString::fromLocal8Bit(std::strerror(number)))};
+  return Error{kind,
+               QStringLiteral("%1: %2").arg(path, QString::fromLocal8Bit(std::strerror(number)))};
 }
 
 bool writeAll(int descriptor, const QByteArray& bytes) {
@@ -105,11 +106,12 @@ Result<void> writeAtomically(const QString& path, const QByteArray& bytes) {
   const QByteArray temporary = QFile::encodeName(target) + ".writing";
   {
     // One writer holds the lock, so a file of this name is what a killed one left behind.
-    const Descriptor file(::open(temporary.constData(),
-                                 O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
+    const Descriptor file(
+        ::open(temporary.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!file.isOpen())
       return storageError(target, errno);
-    if (::fchmod(file.get(), 0600) != 0 || !writeAll(file.get(), bytes) || ::fsync(file.get()) != 0) {
+    if (::fchmod(file.get(), 0600) != 0 || !writeAll(file.get(), bytes) ||
+        ::fsync(file.get()) != 0) {
       const int number = errno;
       ::unlink(temporary.constData());
       return storageError(target, number);

@@ -205,5 +205,3 @@ void currentCalendar(benchmark::State& state) {
 BENCHMARK(currentCalendar);
 
 } // namespace
-
-BENCHMARK_MAIN();

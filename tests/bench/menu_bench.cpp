@@ -64,4 +64,3 @@ void menuTexts(benchmark::State& state) {
 BENCHMARK(menuStructure)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(menuSecond)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(menuTexts)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
-BENCHMARK_MAIN();

@@ -3,9 +3,11 @@
 #include "support/fakes.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QLineEdit>
 #include <QProcess>
 #include <QTest>
+#include <QTimer>
 #include <QWindow>
 
 using namespace tockwise;
@@ -39,8 +41,17 @@ QString windowProperty(const QWidget& window, const char* name) {
                                           QString::fromLatin1(name)});
 }
 
+/// Lets the event loop sleep once: requests to the X server are sent off when it does, and waiting
+/// as Qt Test does never lets it.
+void sendOff() {
+  QEventLoop loop;
+  QTimer::singleShot(10, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
 /// Position in the window manager's stack, the topmost highest; -1 when it is not in it.
 qsizetype height(const QWidget& window) {
+  sendOff();
   const QString stack =
       output(QStringLiteral("xprop"),
              {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST_STACKING")});
@@ -137,7 +148,8 @@ class WindowManagerTest : public QObject {
     for (int i = 0; i < 3; ++i)
       QTRY_VERIFY(isManaged(*f.alerts.window(i)));
     f.alerts.window(1)->move(400, 300); // as the user would drag it
-    QTRY_COMPARE(f.alerts.window(1)->pos(), QPoint(400, 300));
+    for (int i = 0; i < 10; ++i)
+      sendOff(); // the window manager's answer may differ by the frame
     for (int i = 0; i < 3; ++i)
       before += f.alerts.window(i)->pos();
     for (int round = 0; round < 3; ++round) {

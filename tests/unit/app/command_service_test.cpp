@@ -1,5 +1,4 @@
 #include "app/command_service.h"
-
 #include "support/test_environment.h"
 
 #include <QTest>
@@ -27,6 +26,7 @@ class CommandServiceTest : public QObject {
  private Q_SLOTS:
   void init() {
     m_environment = std::make_unique<TestEnvironment>();
+    m_clock.set(Date::fromUnixSeconds(1741079742));
     auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
     QVERIFY(store.ok());
     m_store = std::move(*store);
@@ -50,8 +50,8 @@ class CommandServiceTest : public QObject {
 
   void addingNeedsExactlyOneTime() {
     QVERIFY(!m_commands->add(text("Tea"), {}));
-    QVERIFY(!m_commands->add(text("Tea"), {{text("in"), text("1 Hour")},
-                                           {text("at"), text("2030-01-01 10:00")}}));
+    QVERIFY(!m_commands->add(
+        text("Tea"), {{text("in"), text("1 Hour")}, {text("at"), text("2030-01-01 10:00")}}));
     QVERIFY(!m_commands->add(QString(), in("1 Hour")));
     QVERIFY(m_store->queue().isEmpty());
     QCOMPARE(m_changes, 0);

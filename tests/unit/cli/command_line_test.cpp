@@ -30,10 +30,10 @@ class CommandLineTest : public QObject {
   }
 
   void optionsStandAnywhere() {
-    const auto parsed =
-        parseCommandLine({QStringLiteral("add"), QStringLiteral("--email"), QStringLiteral("--in=1 Minute"),
-                          QStringLiteral("Tea"), QStringLiteral("--no-sms"), QStringLiteral("--no-task"),
-                          QStringLiteral("--every"), QStringLiteral("day")});
+    const auto parsed = parseCommandLine({QStringLiteral("add"), QStringLiteral("--email"),
+                                          QStringLiteral("--in=1 Minute"), QStringLiteral("Tea"),
+                                          QStringLiteral("--no-sms"), QStringLiteral("--no-task"),
+                                          QStringLiteral("--every"), QStringLiteral("day")});
     QVERIFY(parsed.ok());
     QCOMPARE(parsed->arguments, QStringList{QStringLiteral("Tea")});
     QCOMPARE(parsed->reminderOptions,
@@ -54,11 +54,13 @@ class CommandLineTest : public QObject {
   void aValueMayStartWithADash() {
     const auto parsed = parseCommandLine(words("edit 1 --text -5"));
     QVERIFY(parsed.ok());
-    QCOMPARE(parsed->reminderOptions.value(QStringLiteral("text")).toString(), QStringLiteral("-5"));
+    QCOMPARE(parsed->reminderOptions.value(QStringLiteral("text")).toString(),
+             QStringLiteral("-5"));
   }
 
   void anEmptyTextIsAnArgument() {
-    const auto parsed = parseCommandLine({QStringLiteral("add"), QString(), QStringLiteral("--in"), QStringLiteral("x")});
+    const auto parsed = parseCommandLine(
+        {QStringLiteral("add"), QString(), QStringLiteral("--in"), QStringLiteral("x")});
     QVERIFY(parsed.ok());
     QCOMPARE(parsed->arguments, QStringList{QString()});
   }
@@ -69,7 +71,8 @@ class CommandLineTest : public QObject {
     QVERIFY(parsed->help);
     QVERIFY(helpText(parsed->command).contains(QStringLiteral("--between")));
     for (const CommandSpec& command : commandTable())
-      QVERIFY(helpText(nullptr).contains(QStringLiteral("tockwise ") + QStringView(command.name)));
+      QVERIFY(helpText(nullptr).contains(
+          QStringLiteral("tockwise %1 ").arg(QStringView(command.name))));
   }
 };
 

@@ -46,7 +46,8 @@ class QuickTimeTest : public QObject {
 
   void hugeNumbersDoNotOverflow() {
     QVERIFY(stringToSeconds(QStringLiteral("99999999999999999 Days")) > 0);
-    QVERIFY(stringToSeconds(QStringLiteral("9223372036854775807 Days 9223372036854775807 Days")) > 0);
+    QVERIFY(stringToSeconds(QStringLiteral("9223372036854775807 Days 9223372036854775807 Days")) >
+            0);
   }
 };
 

@@ -1,6 +1,5 @@
 // What other programs write we read, and they read what we write: Python's plistlib and plistutil.
 #include "store/reminder_store.h"
-
 #include "support/test_environment.h"
 
 #include <QFile>

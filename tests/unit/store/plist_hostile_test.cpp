@@ -61,7 +61,8 @@ class PlistHostileTest : public QObject {
     QTest::newRow("array of two thousand million") << listOf({hex("af127fffffff")});
     QTest::newRow("count of a wrong kind") << listOf({hex("af5161")});
     QTest::newRow("count without bytes") << listOf({hex("af")});
-    QTest::newRow("count of sixteen bytes") << listOf({hex("af1400000000000000000000000000000001")});
+    QTest::newRow("count of sixteen bytes")
+        << listOf({hex("af1400000000000000000000000000000001")});
     for (const int at : {6, 7, 8, 15, 24, 31}) { // trailer fields
       QByteArray file = sound;
       file[file.size() - 32 + at] = char(0xFF);
@@ -99,7 +100,8 @@ class PlistHostileTest : public QObject {
   }
 
   void aNulAndALoneSurrogateAreCharacters() {
-    const auto reader = plist::Reader::open(listOf({hex("a20102"), hex("53610062"), hex("61d800")}));
+    const auto reader =
+        plist::Reader::open(listOf({hex("a20102"), hex("53610062"), hex("61d800")}));
     QVERIFY(reader.ok());
     QCOMPARE(reader->string(reader->element(reader->root(), 0)), QStringLiteral("a\0b"));
     QCOMPARE(reader->string(reader->element(reader->root(), 1)), QString(1, QChar(0xD800)));

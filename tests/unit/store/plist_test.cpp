@@ -57,12 +57,21 @@ class PlistTest : public QObject {
     // One array of the bytes FF (1 byte), FFFF, FFFFFFFF and eight times FF.
     QByteArray file("bplist00");
     const qsizetype start = file.size();
-    file += QByteArray::fromHex("10ff" "11ffff" "12ffffffff" "13ffffffffffffffff" "a400010203");
+    file += QByteArray::fromHex("10ff"
+                                "11ffff"
+                                "12ffffffff"
+                                "13ffffffffffffffff"
+                                "a400010203");
     QByteArray table;
     for (int offset : {0, 2, 5, 10, 19})
       table += char(start + offset);
     const auto tableAt = char(file.size());
-    file += table + QByteArray::fromHex("000000000000" "01" "01" "0000000000000005" "0000000000000004" "00000000000000");
+    file += table + QByteArray::fromHex("000000000000"
+                                        "01"
+                                        "01"
+                                        "0000000000000005"
+                                        "0000000000000004"
+                                        "00000000000000");
     file += tableAt;
     QCOMPARE(decoded(file), Value(Value::Array{Value(qint64(255)), Value(qint64(65535)),
                                                Value(qint64(4294967295)), Value(qint64(-1))}));
@@ -100,9 +109,9 @@ class PlistTest : public QObject {
   void wrongXmlIsRefused_data() {
     QTest::addColumn<QByteArray>("xml");
     for (const char* body :
-         {"", "<dict><string>x</string></dict>", "<dict><key>a</key></plist>", "<integer>x</integer>",
-          "<data>***</data>", "<date>yesterday</date>", "<nonsense/>", "<string>a</string><string>b</string>",
-          "<array><key>a</key></array>"})
+         {"", "<dict><string>x</string></dict>", "<dict><key>a</key></plist>",
+          "<integer>x</integer>", "<data>***</data>", "<date>yesterday</date>", "<nonsense/>",
+          "<string>a</string><string>b</string>", "<array><key>a</key></array>"})
       QTest::newRow(body) << QByteArray("<?xml version=\"1.0\"?><plist>") + body + "</plist>";
     QByteArray deep("<?xml version=\"1.0\"?><plist>");
     for (int i = 0; i < 100000; ++i)

@@ -1,5 +1,4 @@
 #include "store/preferences_store.h"
-
 #include "support/test_environment.h"
 
 #include <QDir>
@@ -7,11 +6,12 @@
 #include <QFileInfo>
 #include <QTest>
 
-#include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <csignal>
 
 using namespace tockwise;
 

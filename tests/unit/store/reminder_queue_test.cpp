@@ -142,7 +142,8 @@ class ReminderQueueTest : public QObject {
       queue.append(reminderNamed(QString::fromUtf16(name)));
     const Reminder last = *queue.reminder(2);
     QVERIFY(queue.permute({2, 0, 1}));
-    QCOMPARE(texts(queue), (QStringList{QStringLiteral("c"), QStringLiteral("a"), QStringLiteral("b")}));
+    QCOMPARE(texts(queue),
+             (QStringList{QStringLiteral("c"), QStringLiteral("a"), QStringLiteral("b")}));
     QCOMPARE(*queue.reminder(0), last);
   }
 

@@ -1,5 +1,4 @@
 #include "store/reminder_store.h"
-
 #include "support/test_environment.h"
 
 #include <QDir>
@@ -94,15 +93,17 @@ class ReminderStoreTest : public QObject {
 
   void foreignElementsBecomePadsAndTheOriginalIsKept() {
     auto file = threeReminders();
-    file.emplace_back(text("reminderIntervals"),
-                      Value::Array{Value(7), Value(Value::Array{Value(1)}),
-                                   Value(Value::Array(4, Value(1)))});
-    file.emplace_back(text("reminderExtras"),
-                      Value::Array{Value(Value::Dictionary{{text("days"), Value(1)},
-                                                           {text("times"), Value(2)}}),
-                                   Value(text("x")), Value(Value::Dictionary{})});
-    file.emplace_back(text("reminderUUID"), Value::Array{Value(1), Value(text("U2")), Value(text("U3"))});
-    file.emplace_back(text("reminderRecent"), Value::Array{Value(true), Value(4), Value(text("x"))});
+    file.emplace_back(
+        text("reminderIntervals"),
+        Value::Array{Value(7), Value(Value::Array{Value(1)}), Value(Value::Array(4, Value(1)))});
+    file.emplace_back(
+        text("reminderExtras"),
+        Value::Array{Value(Value::Dictionary{{text("days"), Value(1)}, {text("times"), Value(2)}}),
+                     Value(text("x")), Value(Value::Dictionary{})});
+    file.emplace_back(text("reminderUUID"),
+                      Value::Array{Value(1), Value(text("U2")), Value(text("U3"))});
+    file.emplace_back(text("reminderRecent"),
+                      Value::Array{Value(true), Value(4), Value(text("x"))});
     file.emplace_back(text("recentReminders"), Value::Array{Value(text("x"))});
     writeFile(file);
     const auto store = open();
@@ -129,11 +130,9 @@ class ReminderStoreTest : public QObject {
 
   void theOlderDistantPastIsOurs() {
     auto file = threeReminders();
-    file.emplace_back(text("reminderDateTimeFired"),
-                      Value::Array(3, Value(Date{-63114076800.0})));
+    file.emplace_back(text("reminderDateTimeFired"), Value::Array(3, Value(Date{-63114076800.0})));
     writeFile(file);
-    QCOMPARE(open()->queue()->reminderDateTimeFired.values(),
-             std::vector<Date>(3, kDistantPast));
+    QCOMPARE(open()->queue()->reminderDateTimeFired.values(), std::vector<Date>(3, kDistantPast));
   }
 
   void mailColumnsArePaddedWithThePreferences() {
@@ -143,6 +142,31 @@ class ReminderStoreTest : public QObject {
     const auto store = open();
     QCOMPARE(store->queue()->reminderSendEmail.values(), std::vector<Flag>(3, true));
     QCOMPARE(store->queue()->reminderSendSMS.values(), std::vector<Flag>(3, false));
+  }
+
+  // A file as version 0.1.0 wrote it: what the format promises holds for every later version.
+  void aRecordedStoreIsRead() {
+    QDir().mkpath(QFileInfo(PreferencesStore::Paths::ofUser().file).path());
+    QVERIFY(QFile::copy(text(TOCKWISE_TEST_DATA "/store/version-0.1.0.plist"),
+                        PreferencesStore::Paths::ofUser().file));
+    const auto store = open();
+    QCOMPARE(store->loadReport().foreignElements, 0);
+    QCOMPARE(store->queue().count(), 2);
+    const Reminder first = *store->queue().reminder(0);
+    QCOMPARE(first.reminderUUID, text("0D3A4B5C-6D7E-4F80-9A1B-2C3D4E5F6071"));
+    QCOMPARE(first.reminderDescriptions, text("Water the plants 🌱"));
+    QCOMPARE(first.reminderQueue, Date{793200000.5});
+    QCOMPARE(first.reminderIntervals, (Interval{0, 7, 0, 0}));
+    QCOMPARE(first.reminderRecent, 3);
+    QCOMPARE(first.reminderTasks, (Task{false, 0, text("example.org")}));
+    QCOMPARE(first.reminderExtras,
+             (Extra{{false, true, true, true, true, true, false}, {9, 0, 17, 30}}));
+    QCOMPARE(first.reminderOffsets, (Offset{1, 0, 30}));
+    QVERIFY(first.reminderSendEmail);
+    QVERIFY(!isDistantPast(first.reminderDateTimeFired));
+    QVERIFY(isDistantPast(store->queue().reminder(1)->reminderDateTimeFired));
+    QCOMPARE(store->recentReminders().entries().size(), size_t(1));
+    QCOMPARE(store->preferences().integer(text("clockoption")), 3);
   }
 
   void settingsOfOtherReleasesAreKept() {
@@ -202,7 +226,8 @@ class ReminderStoreTest : public QObject {
     Reminder edited = *store->queue().reminder(1);
     edited.reminderDescriptions = text("c");
     QVERIFY(store->editReminder(first, edited));
-    QCOMPARE(store->queue()->reminderDescriptions.values(), (std::vector<QString>{text("b"), text("c")}));
+    QCOMPARE(store->queue()->reminderDescriptions.values(),
+             (std::vector<QString>{text("b"), text("c")}));
     QCOMPARE(store->queue()->reminderDateTimeModified.values()[1], m_clock.now());
     QVERIFY(store->removeReminder(second));
     QCOMPARE(store->queue()->reminderUUID.values(), (std::vector<QString>{first}));

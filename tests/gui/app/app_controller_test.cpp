@@ -1,0 +1,199 @@
+// The subsystems connected: what happens to a reminder between the tick, the alert and the store.
+#include "app/app_controller.h"
+#include "support/fakes.h"
+#include "support/test_environment.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace tockwise;
+
+namespace {
+QString text(const char* utf8) {
+  return QString::fromUtf8(utf8);
+}
+} // namespace
+
+class AppControllerTest : public QObject {
+  Q_OBJECT
+
+  std::unique_ptr<TestEnvironment> m_environment;
+  FakeClock m_clock;
+  FakePrompter* m_prompter = nullptr;
+  FakeSoundPlayer* m_sounds = nullptr;
+  FakeWakeTimer* m_wakeTimer = nullptr;
+  std::unique_ptr<AppController> m_controller;
+
+  QString addDue(const char* words, QVariantMap options = {}) {
+    options.insert(text("at"), text("2025-03-04 09:00"));
+    return *m_controller->commands().add(text(words), options);
+  }
+  QString addLater(const char* words) {
+    return *m_controller->commands().add(text(words), {{text("in"), text("2 Hours")}});
+  }
+  QStringList textsOfQueue() {
+    QStringList texts;
+    for (const QJsonValue& reminder : m_controller->commands().list())
+      texts += reminder.toObject()[text("reminderDescriptions")].toString();
+    return texts;
+  }
+  void openAlerts(int count) { QTRY_COMPARE(m_controller->alertsJson().size(), count); }
+
+ private Q_SLOTS:
+  void init() {
+    m_environment = std::make_unique<TestEnvironment>();
+    m_clock.set(Calendar::current().dateWithYear(2025, 3, 4, 10, 0, 0));
+    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
+    QVERIFY(store.ok());
+    auto prompter = std::make_unique<FakePrompter>();
+    auto sounds = std::make_unique<FakeSoundPlayer>();
+    auto wakeTimer = std::make_unique<FakeWakeTimer>();
+    m_prompter = prompter.get();
+    m_sounds = sounds.get();
+    m_wakeTimer = wakeTimer.get();
+    m_controller = std::make_unique<AppController>(
+        std::move(*store), Ports{std::move(prompter), std::move(sounds),
+                                 std::make_unique<FakePowerEvents>(), std::move(wakeTimer)});
+    m_controller->start();
+  }
+  void cleanup() {
+    m_controller.reset();
+    m_environment.reset();
+  }
+
+  void aDueReminderAlertsWithItsSound() {
+    QSignalSpy fired(m_controller.get(), &AppController::reminderFired);
+    QSignalSpy opened(m_controller.get(), &AppController::alertOpened);
+    QSignalSpy changed(m_controller.get(), &AppController::queueChanged);
+    const QString uuid = addDue("Tea");
+    openAlerts(1);
+    QCOMPARE(fired.size(), 1);
+    QCOMPARE(opened.first().first().toString(), uuid);
+    QVERIFY(changed.size() > 0);
+    QCOMPARE(m_sounds->played.size(), size_t(1));
+    const QJsonObject alert = m_controller->alertsJson().first().toObject();
+    QCOMPARE(alert[text("uuid")].toString(), uuid);
+    QCOMPARE(alert[text("position")].toInt(), 1);
+    QVERIFY(alert[text("shown")].toBool());
+  }
+
+  void theAlertOfADeletedReminderHasNoIdentity() {
+    const QString uuid = addDue("Tea");
+    openAlerts(1);
+    QVERIFY(m_controller->commands().remove(uuid).ok());
+    QVERIFY(m_controller->alertsJson().first().toObject()[text("uuid")].isNull());
+  }
+
+  void remindAgainComesBackInTenMinutes() {
+    addDue("Tea", {{text("email"), true}});
+    openAlerts(1);
+    QVERIFY(m_controller->alertCommand(text("again"), 1));
+    openAlerts(0);
+    QCOMPARE(textsOfQueue(), (QStringList{text("Tea"), text("Tea")}));
+    const auto list = m_controller->commands().list();
+    const auto copy = std::find_if(list.begin(), list.end(), [](const QJsonValue& each) {
+      return each.toObject()[text("reminderRecent")].toInt() == 0;
+    });
+    QVERIFY(copy != list.end());
+    QVERIFY((*copy).toObject()[text("reminderSendEmail")].toBool());
+    m_clock.advance(599);
+    m_wakeTimer->expire();
+    QCOMPARE(m_controller->alertsJson().size(), 0);
+    m_clock.advance(1);
+    m_wakeTimer->expire();
+    openAlerts(1);
+  }
+
+  void deletingAsksOnceAndFindsTheReminderAgain() {
+    const QString first = addLater("a");
+    addLater("b");
+    // While the question is open the queue changes its order and grows at its head.
+    m_prompter->meanwhile = [this] {
+      m_prompter->meanwhile = nullptr;
+      m_controller->perform({text("sortByNameReverse"), 0, {}, {}});
+      m_wakeTimer->changeClock();
+      addLater("c");
+      QCoreApplication::processEvents();
+    };
+    m_prompter->answers = {0};
+    m_controller->perform({text("deleteMenuItem"), 0, first, {}});
+    QCOMPARE(m_prompter->asked.size(), size_t(1));
+    QCOMPARE(m_prompter->asked.front().title,
+             text("Are you sure you want to delete this reminder?"));
+    QCOMPARE(m_prompter->asked.front().message, text("a"));
+    QTRY_COMPARE(textsOfQueue(), (QStringList{text("c"), text("b")}));
+  }
+
+  void answeringNoKeepsTheReminder() {
+    const QString uuid = addLater("a");
+    m_prompter->answers = {1};
+    m_controller->perform({text("deleteMenuItem"), 0, uuid, {}});
+    QCOMPARE(textsOfQueue(), QStringList{text("a")});
+  }
+
+  void theTenOrdersAreChosenFromTheMenu() {
+    addLater("b");
+    addLater("a");
+    m_controller->perform({text("sortByName"), 0, {}, {}});
+    QTRY_COMPARE(textsOfQueue(), (QStringList{text("a"), text("b")}));
+    QCOMPARE(*m_controller->commands().getPreference(text("sortType")), text("5"));
+  }
+
+  void quittingWithAlertsOpenAsks() {
+    addDue("Tea");
+    openAlerts(1);
+    m_prompter->answers = {0};
+    QVERIFY(!m_controller->mayQuit(QuitMode::Ask));
+    QCOMPARE(m_prompter->asked.back().message, text("You have one alert window open."));
+    QVERIFY(m_controller->mayQuit(QuitMode::Omit));
+    QCOMPARE(m_prompter->asked.size(), size_t(1));
+  }
+
+  void alertCommandsThatCannotBeDone_data() {
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<int>("position");
+    QTest::newRow("none open") << text("ok") << 0;
+    QTest::newRow("beyond") << text("again") << 2;
+    QTest::newRow("hide beyond") << text("hide") << 5;
+  }
+  void alertCommandsThatCannotBeDone() {
+    QFETCH(QString, action);
+    QFETCH(int, position);
+    const auto done = m_controller->alertCommand(action, position);
+    QVERIFY(!done);
+    QCOMPARE(done.error().kind, Error::Kind::NotFound);
+  }
+
+  void alertsAreHiddenAndShownByCommand() {
+    addDue("Tea");
+    addDue("Coffee");
+    openAlerts(2);
+    const auto shown = [this](int i) {
+      return m_controller->alertsJson()[i].toObject()[text("shown")].toBool();
+    };
+    QVERIFY(m_controller->alertCommand(text("hide"), 2));
+    QVERIFY(shown(0));
+    QVERIFY(!shown(1));
+    QVERIFY(m_controller->alertCommand(text("hide"), 0));
+    QVERIFY(!shown(0));
+    QVERIFY(m_controller->alertCommand(text("show"), 0));
+    QVERIFY(shown(0) && shown(1));
+    QVERIFY(m_controller->alertCommand(text("ok-all"), 0));
+    openAlerts(0);
+  }
+
+  void actionsOfLaterSubsystemsStandInTheMenuDisabled() {
+    const auto items = m_controller->menuItems();
+    const auto named = [&](const char* title) {
+      return *std::find_if(items.begin(), items.end(),
+                           [&](const MenuItem& item) { return item.title == text(title); });
+    };
+    QVERIFY(!named("New Reminder...").enabled);
+    QCOMPARE(named("New Reminder...").action, text("newReminder"));
+    QVERIFY(named("Quit Tockwise").enabled);
+    QVERIFY(named("About...").enabled);
+  }
+};
+
+QTEST_MAIN(AppControllerTest)
+#include "app_controller_test.moc"
