@@ -25,6 +25,10 @@ if(TOCKWISE_SANITIZE)
     -Wno-maybe-uninitialized) # GCC 12 sees ghosts in variants here
   target_link_options(tockwise_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(TOCKWISE_FUZZ)
+  # Every library tells the fuzzer which branches an input took.
+  target_compile_options(tockwise_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # tockwise_library(NAME SOURCES … [LINKS …] [PRIVATE_LINKS …] [FORMS])
 # A folder of src/ as the static library tockwise_NAME. Includes are written from src/:
