@@ -3,10 +3,12 @@
 
 #include <QCoreApplication>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
 int main(int argc, char** argv) {
+  std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is an error to be told, not our end
   if (argc <= 1)
     return tockwise::runApplication(argc, argv);
   const QCoreApplication application(argc, argv);

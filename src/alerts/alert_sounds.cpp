@@ -66,7 +66,7 @@ QString AlertSounds::find(const QString& name) const {
   if (name.isEmpty() || name.contains(u'/'))
     return {};
   for (const QString& folder : m_folders) {
-    const QString path = folder + u'/' + name;
+    QString path = folder + u'/' + name;
     if (QFileInfo(path).isFile())
       return path;
   }

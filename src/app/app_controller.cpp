@@ -12,12 +12,16 @@
 #include <QDesktopServices>
 #include <QJsonObject>
 
+#include <chrono>
 #include <map>
 
 namespace tockwise {
 namespace {
 
 constexpr double kRemindAgainSeconds = 600;
+// What fired is written when its window has reached the screen: writing ten thousand reminders
+// takes longer than opening it.
+constexpr std::chrono::milliseconds kAlertsFirst{20};
 
 std::vector<OpenAlert> openAlerts(const AlertWindows& alerts) {
   std::vector<OpenAlert> open;
@@ -57,10 +61,14 @@ AppController::~AppController() = default;
 
 TickActions AppController::tickActions() {
   return {[this] { m_sort.sort(); }, [this] { m_store->preferences().synchronize(); },
-          [this] { m_store->saveDefaults(); }, [this] { Q_EMIT dataModified(); }, systemSteadyTime};
+          [this] { m_saveSoon.start(); }, [this] { Q_EMIT dataModified(); }, systemSteadyTime};
 }
 
 void AppController::connectAll() {
+  m_saveSoon.setSingleShot(true);
+  m_saveSoon.setInterval(kAlertsFirst);
+  connect(&m_saveSoon, &QTimer::timeout, this, &AppController::saveNow);
+  connect(m_ports.powerEvents.get(), &PowerEvents::willSleep, this, &AppController::saveNow);
   connect(&m_alerts, &AlertWindows::opened, this, &AppController::alertOpened);
   connect(&m_alerts, &AlertWindows::closed, this, &AppController::alertClosed);
   connect(&m_alerts, &AlertWindows::countChanged, this, &AppController::showState);
@@ -69,22 +77,35 @@ void AppController::connectAll() {
           [](const QUrl& address) { QDesktopServices::openUrl(address); });
   connect(&m_tickTimer, &TickTimer::ticked, this, &AppController::showState);
   connect(&m_storeWatch, &StoreWatch::changed, &m_tickTimer, &TickTimer::poke);
-  connect(&m_tray, &TrayController::activated, this, &AppController::perform);
+  // Queued: a panel waits for the answer to its click, and a question may stay open for long.
+  connect(&m_tray, &TrayController::activated, this, &AppController::perform, Qt::QueuedConnection);
   connect(&m_tray, &TrayController::visibilityChanged, &m_tickTimer, &TickTimer::setEverySecond);
-  m_store->preferences().onWriteFailure = [this](const Error& error) {
-    m_ports.prompter->tell(QString::fromUtf16(kWriteFailureTitle), writeFailureText(error));
-  };
+  PreferencesStore& preferences = m_store->preferences();
+  preferences.onWriteFailure = [this](const Error& error) { tellWriteFailure(error); };
+  preferences.onNotice = [this](const StoreNotice& notice) { tellNotice(notice); };
+  preferences.onChangedByOthers = [this] { changed(); };
 }
 
 void AppController::start() {
   m_tray.start();
   m_tickTimer.start();
   m_noTrayHint.start();
-  if (const QString damage = damageText(m_store->loadReport()); !damage.isEmpty())
-    m_ports.prompter->tell(QString::fromUtf16(kDamageTitle), damage);
+  tellNotice(m_store->loadReport());
+  if (const auto& failure = m_store->preferences().writeFailure())
+    tellWriteFailure(*failure);
+}
+
+void AppController::tellNotice(const StoreNotice& notice) {
+  if (!notice.isEmpty())
+    m_ports.prompter->tell(QString::fromUtf16(kDamageTitle), damageText(notice));
+}
+
+void AppController::tellWriteFailure(const Error& error) {
+  m_ports.prompter->tell(QString::fromUtf16(kWriteFailureTitle), writeFailureText(error));
 }
 
 void AppController::changed() {
+  m_announcing = true;
   m_tickTimer.poke();
 }
 
@@ -93,10 +114,16 @@ void AppController::showState() {
   m_tray.setClockOption(m_store->preferences().integer(QStringLiteral("clockoption")));
   m_tray.setStatusTitle(statusTitle(0, m_alerts.count()));
   m_tray.refresh();
-  if (const quint64 revision = m_store->queue().revision(); revision != m_announcedRevision) {
-    m_announcedRevision = revision;
-    Q_EMIT queueChanged();
-  }
+  announce();
+}
+
+void AppController::announce() {
+  const quint64 revision = m_store->queue().revision();
+  if (!m_announcing && revision == m_announcedRevision)
+    return;
+  m_announcing = false;
+  m_announcedRevision = revision;
+  Q_EMIT queueChanged();
 }
 
 MenuInput AppController::currentMenuInput(RichTitles* richTitles) const {
@@ -142,6 +169,13 @@ Result<void> AppController::alertCommand(const QString& action, int position) {
                                             : QStringLiteral("there is no alert %1; %2 are open")
                                                   .arg(position)
                                                   .arg(m_alerts.count())};
+  }
+  // The buttons that an alert does not show are not to be pressed from outside either.
+  const bool rescheduled = m_alerts.entries()[size_t(index)].rescheduled;
+  if ((action == u"again" && rescheduled) || (action == u"delete" && !rescheduled)) {
+    return Error{Error::Kind::Refused,
+                 rescheduled ? QStringLiteral("this alert's reminder repeats by itself")
+                             : QStringLiteral("only the alert of a repeating reminder deletes it")};
   }
   if (action == u"ok")
     return m_alerts.OK(index);
@@ -203,12 +237,23 @@ void AppController::showMenu() {
 }
 
 bool AppController::mayQuit(QuitMode mode) {
-  return mode == QuitMode::Omit ||
-         m_quitQuestion.applicationShouldTerminate() == TerminateReply::TerminateNow;
+  if (mode == QuitMode::Omit)
+    return true;
+  if (m_quitQuestion.applicationShouldTerminate() == TerminateReply::Cancel)
+    return false;
+  saveNow();
+  if (m_store->preferences().isSaved())
+    return true;
+  return m_ports.prompter->ask(unsavedQuestion()) == kQuitUnsaved;
+}
+
+void AppController::saveNow() {
+  m_saveSoon.stop();
+  m_store->saveDefaults();
 }
 
 void AppController::quitNow() {
-  m_store->saveDefaults();
+  saveNow();
   QCoreApplication::quit();
 }
 

@@ -20,6 +20,7 @@
 
 #include <QJsonArray>
 #include <QObject>
+#include <QTimer>
 
 namespace tockwise {
 
@@ -72,6 +73,10 @@ class AppController final : public QObject, private FiringActions {
   void connectAll();
   MenuInput currentMenuInput(RichTitles* richTitles) const;
   void changed();
+  void announce();
+  void saveNow();
+  void tellNotice(const StoreNotice& notice);
+  void tellWriteFailure(const Error& error);
   void showState();
   void deleteMenuItem(const QString& reminderUUID);
   void remindAgain(const RemindAgainRequest& request);
@@ -91,7 +96,9 @@ class AppController final : public QObject, private FiringActions {
   TrayController m_tray;
   NoTrayHint m_noTrayHint;
   StoreWatch m_storeWatch;
+  QTimer m_saveSoon;
   quint64 m_announcedRevision = 0;
+  bool m_announcing = false; // a setting was changed
 };
 
 } // namespace tockwise

@@ -3,6 +3,7 @@
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/bus_service.h"
+#include "base/log.h"
 #include "menu/ui/clock_icon.h"
 #include "platform/canberra_sound_player.h"
 #include "platform/logind_power_events.h"
@@ -17,6 +18,7 @@
 #include <QThread>
 
 #include <cstdio>
+#include <optional>
 
 namespace tockwise {
 namespace {
@@ -38,10 +40,20 @@ Instance claimBusName(QObject& root) {
                                                                       : Instance::Second;
 }
 
-int showRunningOne() {
+// False when it went away meanwhile.
+bool showRunningOne() {
   const QDBusMessage reply = QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
       busName(), busPath(), busInterface(), QStringLiteral("ShowMenu")));
-  return reply.type() == QDBusMessage::ErrorMessage ? 1 : 0;
+  return reply.type() != QDBusMessage::ErrorMessage;
+}
+
+// Whoever asks from now on finds nobody, waits for the store, and has it to itself.
+void leaveBus() {
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected())
+    return;
+  bus.interface()->unregisterService(busName());
+  bus.unregisterObject(busPath());
 }
 
 bool isRunning() {
@@ -60,17 +72,20 @@ int failToStart(const Error& error) {
   return 1;
 }
 
-// A store that is held belongs to a command that is about to finish, or to an application that
-// is just starting: then its name appears.
-Result<std::unique_ptr<ReminderStore>> openStore(const Clock& clock) {
+// The store, or nothing when another application showed its menu in our place. A store that is
+// held belongs to a command that is about to finish, or to an application that is just starting
+// or ending: its name appears, or the store is free.
+std::optional<Result<std::unique_ptr<ReminderStore>>> openStore(const Clock& clock) {
   constexpr qint64 kPatience = 5000; // ms
   constexpr unsigned long kPause = 10;
   QElapsedTimer waited;
   waited.start();
   for (;;) {
+    if (isRunning() && showRunningOne())
+      return std::nullopt;
     auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), clock);
     const bool held = !store && store.error().kind == Error::Kind::Busy;
-    if (!held || isRunning() || waited.elapsed() > kPatience)
+    if (!held || waited.elapsed() > kPatience)
       return store;
     QThread::msleep(kPause);
   }
@@ -105,18 +120,19 @@ int runApplication(int argc, char** argv) {
   QApplication::setWindowIcon(applicationIcon());
   QApplication::setQuitOnLastWindowClosed(false);
 
-  if (isRunning())
-    return showRunningOne();
   const SystemClock clock;
-  auto store = openStore(clock);
-  if (!store)
-    return isRunning() ? showRunningOne() : failToStart(store.error());
-  AppController controller(std::move(*store), linuxPorts());
+  auto opened = openStore(clock);
+  if (!opened)
+    return 0;
+  if (!*opened)
+    return failToStart(opened->error());
+  AppController controller(std::move(**opened), linuxPorts());
   QObject root;
   new CommandAdaptor(&root, controller);
   new ApplicationAdaptor(&root, controller);
-  if (claimBusName(root) == Instance::Second)
-    return showRunningOne();
+  if (claimBusName(root) == Instance::Second) // the holder of the store is us, so this is strange
+    logLine(QStringLiteral("another program has the name %1").arg(busName()));
+  QObject::connect(&application, &QCoreApplication::aboutToQuit, &root, leaveBus);
   controller.start();
   return QApplication::exec();
 }

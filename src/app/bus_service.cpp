@@ -6,16 +6,21 @@
 #include "app/json.h"
 #include "base/log.h"
 
+#include <QDBusConnectionInterface>
+
 namespace tockwise {
 namespace {
+
+QDBusMessage errorReply(const QDBusMessage& message, const Error& error) {
+  const bool usage = error.kind == Error::Kind::Usage;
+  return message.createErrorReply(usage ? busUsageError() : busFailedError(), error.message);
+}
 
 // Answers message with the error of result, if it has one.
 template <typename T> T replyTo(const QDBusMessage& message, const Result<T>& result) {
   if (!result) {
     message.setDelayedReply(true);
-    const bool usage = result.error().kind == Error::Kind::Usage;
-    QDBusConnection::sessionBus().send(message.createErrorReply(
-        usage ? busUsageError() : busFailedError(), result.error().message));
+    QDBusConnection::sessionBus().send(errorReply(message, result.error()));
     if constexpr (std::is_void_v<T>)
       return;
     else
@@ -71,7 +76,16 @@ QString CommandAdaptor::Alerts() {
 
 void CommandAdaptor::AlertCommand(const QString& action, int position,
                                   const QDBusMessage& message) {
-  replyTo(message, m_controller.alertCommand(action, position));
+  // Deleting asks, and its question may stay open for long.
+  message.setDelayedReply(true);
+  QMetaObject::invokeMethod(
+      this,
+      [this, action, position, message] {
+        const auto done = m_controller.alertCommand(action, position);
+        QDBusConnection::sessionBus().send(done ? message.createReply()
+                                                : errorReply(message, done.error()));
+      },
+      Qt::QueuedConnection);
 }
 
 QString CommandAdaptor::GetPreference(const QString& key, const QDBusMessage& message) {
@@ -97,6 +111,9 @@ bool CommandAdaptor::Quit(bool yes, const QDBusMessage& message) {
       this,
       [this, yes, message] {
         const bool quits = m_controller.mayQuit(yes ? QuitMode::Omit : QuitMode::Ask);
+        if (quits) { // whoever waits for the answer may start the next one at once
+          QDBusConnection::sessionBus().interface()->unregisterService(busName());
+        }
         QDBusConnection::sessionBus().send(message.createReply(quits));
         if (quits)
           m_controller.quitNow();

@@ -86,7 +86,9 @@ Result<QJsonObject> CommandService::show(const QString& which) const {
   const auto reminder = m_store.queue().reminder(*index);
   if (!reminder)
     return reminder.error();
-  return reminderToJson(*reminder);
+  QJsonObject object = reminderToJson(*reminder);
+  object.insert(QStringLiteral("richText"), QJsonValue::Null); // archives are not read yet
+  return object;
 }
 
 Result<QString> CommandService::edit(const QString& which, const QVariantMap& options) {

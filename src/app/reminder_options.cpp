@@ -70,9 +70,24 @@ Result<void> applyAt(const QVariant& value, Target& target) {
   return {};
 }
 
+// Unlike a menu entry, a command may not contain a pair that counts nothing: "1 Day 2 Hour" is a
+// slip that would go unnoticed.
+bool countsWhole(const QString& text) {
+  static const QRegularExpression pair(QStringLiteral("(\\d+) ([A-Za-z]+)"));
+  static const QRegularExpression form(QStringLiteral("^\\d+ [A-Za-z]+( \\d+ [A-Za-z]+)* ?$"));
+  if (!form.match(text).hasMatch())
+    return false;
+  for (auto found = pair.globalMatch(text); found.hasNext();) {
+    const auto match = found.next();
+    if (match.captured(1).toLongLong() != 0 && stringToSeconds(match.captured()) == 0)
+      return false;
+  }
+  return true;
+}
+
 Result<void> applyIn(const QVariant& value, Target& target) {
   const qint64 seconds = stringToSeconds(value.toString());
-  if (seconds <= 0) {
+  if (seconds <= 0 || !countsWhole(value.toString())) {
     return usage(QStringLiteral("--in takes pairs like \"1 Day 2 Hours 30 Minutes\" (1 with Day, "
                                 "Hour, Minute; other numbers with Days, Hours, Minutes), not "
                                 "\"%1\"")
@@ -201,6 +216,13 @@ Result<void> applyReminderOptions(const QVariantMap& options, Reminder& reminder
                      [&](const Option& option) { return given.key() == QStringView(option.name); });
     if (known == std::end(kOptions))
       return usage(QStringLiteral("there is no option \"%1\"").arg(given.key()));
+    const bool isFlag = known->apply == applyEmail || known->apply == applySms;
+    const auto expected = isFlag ? QMetaType::Bool : QMetaType::QString;
+    if (given.value().typeId() != expected) {
+      return usage(
+          QStringLiteral("the option \"%1\" takes a %2")
+              .arg(given.key(), isFlag ? QStringLiteral("boolean") : QStringLiteral("string")));
+    }
     if (const auto applied = known->apply(given.value(), target); !applied)
       return applied.error();
   }

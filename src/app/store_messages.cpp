@@ -2,25 +2,33 @@
 
 namespace tockwise {
 
-QString damageText(const ReminderStore::LoadReport& report) {
+QString damageText(const StoreNotice& notice) {
   QString text;
-  if (!report.notice.isEmpty()) {
+  if (!notice.damagedKeptAs.isEmpty()) {
     text = QStringLiteral("The file with your reminders is damaged. It was kept as \"%1\".\n")
-               .arg(report.notice.damagedKeptAs);
-    text += report.notice.restoredFrom.isEmpty()
-                ? QStringLiteral("There is no earlier copy of it, so the queue starts empty.")
+               .arg(notice.damagedKeptAs);
+    text += notice.restoredFrom.isEmpty()
+                ? QStringLiteral("No earlier copy of it was taken.")
                 : QStringLiteral("The newest good copy was taken in its place: \"%1\".")
-                      .arg(report.notice.restoredFrom);
+                      .arg(notice.restoredFrom);
   }
-  if (report.foreignElements > 0) {
+  if (notice.foreignElements > 0) {
     if (!text.isEmpty())
       text += u'\n';
     text += QStringLiteral("%1 values in the file were not what they should be and read as empty.")
-                .arg(report.foreignElements);
-    if (!report.originalKeptAs.isEmpty())
-      text += QStringLiteral(" The file as it was is kept as \"%1\".").arg(report.originalKeptAs);
+                .arg(notice.foreignElements);
+    if (!notice.originalKeptAs.isEmpty())
+      text += QStringLiteral(" The file as it was is kept as \"%1\".").arg(notice.originalKeptAs);
   }
   return text;
+}
+
+Question unsavedQuestion() {
+  return {QStringLiteral("Quit without saving?"),
+          QStringLiteral("Your last changes could not be saved. They are lost when Tockwise ends."),
+          {QStringLiteral("No"), QStringLiteral("Yes")},
+          0,
+          0};
 }
 
 QString writeFailureText(const Error& error) {

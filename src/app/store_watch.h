@@ -3,6 +3,7 @@
 
 #include <QFileSystemWatcher>
 #include <QObject>
+#include <QTimer>
 
 namespace tockwise {
 
@@ -18,6 +19,7 @@ class StoreWatch final : public QObject {
 
  private:
   QFileSystemWatcher m_watcher;
+  QTimer m_again;
 };
 
 } // namespace tockwise

@@ -33,6 +33,8 @@ Result<QVariant> BusBackend::call(const QString& method, const QVariantList& arg
     return value;
   }
   const bool usage = reply.errorName() == busUsageError();
+  if (!usage && reply.errorName() != busFailedError()) // it is ending, or has ended
+    return Error{Error::Kind::Busy, reply.errorMessage()};
   return Error{usage ? Error::Kind::Usage : Error::Kind::Refused, reply.errorMessage()};
 }
 

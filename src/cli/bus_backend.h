@@ -11,6 +11,7 @@ class BusBackend final : public Backend {
  public:
   /// Nothing when there is no session bus or no application on it. Does not start one.
   static std::unique_ptr<BusBackend> connect();
+  /// Busy when the application went away meanwhile.
   Result<QVariant> call(const QString& method, const QVariantList& arguments) override;
 };
 

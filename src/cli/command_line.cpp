@@ -25,7 +25,7 @@ void setFlag(Invocation& invocation, const QString& name) {
 
 // Takes the option at words[at]; returns how many words it was.
 Result<qsizetype> takeOption(Invocation& invocation, const QStringList& words, qsizetype at) {
-  const QString word = words[at];
+  const QString& word = words[at];
   const qsizetype equals = word.indexOf(u'=');
   const QString name = word.mid(2, equals < 0 ? -1 : equals - 2);
   if (name == u"help") {

@@ -41,9 +41,9 @@ QString repetition(const QJsonObject& reminder) {
 }
 
 void appendMenu(QString& text, const QJsonArray& items, int depth) {
-  for (const QJsonValue& value : items) {
+  for (const auto& value : items) {
     const QJsonObject item = value.toObject();
-    text += QString(depth * 4, u' ');
+    text += QString(qsizetype(depth) * 4, u' ');
     if (item[QStringLiteral("separator")].toBool()) {
       text += QStringLiteral("---\n");
       continue;
@@ -95,7 +95,7 @@ QString menuText(const QJsonArray& items) {
 
 QString alertsText(const QJsonArray& alerts) {
   QString text;
-  for (const QJsonValue& value : alerts) {
+  for (const auto& value : alerts) {
     const QJsonObject alert = value.toObject();
     text += QStringLiteral("%1  %2  ")
                 .arg(alert[QStringLiteral("position")].toInt(), 4)

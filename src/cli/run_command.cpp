@@ -35,8 +35,8 @@ int fail(const Error& error) {
   return error.kind == Error::Kind::Usage ? kWrongWords : kFailed;
 }
 
-void warnOfDamage(const ReminderStore::LoadReport& report) {
-  const QString text = damageText(report);
+void warnOfDamage(const StoreNotice& notice) {
+  const QString text = damageText(notice);
   if (!text.isEmpty())
     print(stderr, QStringLiteral("tockwise: ") + QString(text).replace(u'\n', u' ') + u'\n');
 }
@@ -92,7 +92,7 @@ Printed printReply(Backend& backend, const QString& method, const QVariantList& 
   return text.isEmpty() ? text : text + u'\n';
 }
 
-Printed silently(Printed printed) {
+Printed silently(const Printed& printed) {
   return printed ? Printed(QString()) : printed;
 }
 
@@ -194,7 +194,10 @@ Printed carryOut(Backend& backend, const Invocation& words) {
 int runCommand(const QStringList& words) {
   const QString first = words.value(0);
   if (first == u"--help" || first == u"-h" || first == u"help") {
-    print(stdout, helpText(findCommand(words.value(1))));
+    const CommandSpec* command = findCommand(words.value(1));
+    if (words.size() > 1 && !command)
+      return fail({Error::Kind::Usage, QStringLiteral("there is no command \"%1\"").arg(words[1])});
+    print(stdout, helpText(command));
     return kDone;
   }
   if (first == u"--version") {
@@ -211,10 +214,18 @@ int runCommand(const QStringList& words) {
   // A command tells what happened in one line of its own.
   QLoggingCategory::setFilterRules(QStringLiteral("tockwise.info=false"));
   const SystemClock clock;
-  const auto backend = findBackend(clock);
-  if (!backend)
-    return fail(backend.error());
-  const Printed printed = carryOut(**backend, *invocation);
+  QElapsedTimer waited;
+  waited.start();
+  Printed printed = QString();
+  do { // an application that goes away meanwhile leaves the store to us
+    const auto backend = findBackend(clock);
+    if (!backend)
+      return fail(backend.error());
+    printed = carryOut(**backend, *invocation);
+    if (printed || printed.error().kind != Error::Kind::Busy)
+      break;
+    QThread::msleep(kPause);
+  } while (waited.elapsed() < kPatience);
   if (!printed)
     return fail(printed.error());
   print(stdout, *printed);

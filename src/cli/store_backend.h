@@ -19,7 +19,7 @@ class StoreBackend final : public Backend {
   ~StoreBackend() override;
   Result<QVariant> call(const QString& method, const QVariantList& arguments) override;
 
-  const ReminderStore::LoadReport& loadReport() const { return m_store->loadReport(); }
+  const StoreNotice& loadReport() const { return m_store->loadReport(); }
 
  private:
   explicit StoreBackend(std::unique_ptr<ReminderStore> store);

@@ -29,10 +29,13 @@ void Tick::run() {
     return;
   const QScopedValueRollback running(m_running, true);
   m_actions.sort();
+  const quint64 sortedRevision = m_queue.revision();
   m_actions.synchronize();
+  const bool adopted = m_queue.revision() != sortedRevision;
   if (!m_wait)
     m_queue.syncImportedUIDs();
-  m_sortedRevision = m_queue.revision();
+  // What another program changed falls into place with the next second.
+  m_sortedRevision = adopted ? sortedRevision : m_queue.revision();
   if (!m_wait) {
     const Date now = m_clock.now();
     const auto moment = m_due.nextMoment(now, Calendar::current());

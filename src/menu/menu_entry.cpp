@@ -91,14 +91,14 @@ MenuChanges menuChanges(const std::vector<MenuEntry>& before, const std::vector<
   for (size_t i = keptBefore.size(); i-- > 0;) {
     if (keptBefore[i])
       continue;
-    changes.removed.push_back(qsizetype(i + head));
+    changes.removed.push_back(qsizetype(i) + qsizetype(head));
     if (targets[i] >= 0)
-      source[size_t(targets[i]) - head] = qsizetype(i + head);
+      source[size_t(targets[i]) - head] = qsizetype(i) + qsizetype(head);
   }
   for (size_t i = 0; i < keptAfter.size(); ++i) {
     if (keptAfter[i])
       continue;
-    changes.inserted.push_back(qsizetype(i + head));
+    changes.inserted.push_back(qsizetype(i) + qsizetype(head));
     changes.movedFrom.push_back(source[i]);
   }
   return changes;

@@ -68,7 +68,7 @@ std::optional<QString> countDownStringFromDate(Date date, Date now, const Calend
   const Figure days{std::abs(difference.days), u"d"};
   const Figure hours{std::abs(difference.hours), u"h"};
   const Figure minutes{std::abs(difference.minutes), u"m"};
-  const auto ago = [](QString text) { return text + QStringLiteral(" ago"); };
+  const auto ago = [](const QString& text) { return text + QStringLiteral(" ago"); };
   if (years.value != 0)
     return ago(phrase(years, months, days));
   if (months.value != 0)

@@ -33,7 +33,7 @@ const RichText* RichTitles::title(const QString& reminderUUID, const QByteArray&
         logLine(QStringLiteral("No data to unarchive"));
       }
     }
-    found = m_entries.insert(reminderUUID, std::move(entry));
+    found = m_entries.insert(reminderUUID, entry);
   }
   return found->title ? &*found->title : nullptr;
 }

@@ -36,7 +36,7 @@ qint64 integerValue(const QString& word) {
 } // namespace
 
 qint64 stringToSeconds(const QString& text) {
-  constexpr qint64 kMost = std::numeric_limits<qint64>::max() / (86400 * 4);
+  constexpr qint64 kMost = std::numeric_limits<qint64>::max() / (86400LL * 4);
   const QStringList words = text.split(u' ');
   qint64 sum = 0;
   for (qsizetype i = 0; i + 1 < words.size(); i += 2) {

@@ -59,7 +59,7 @@ Result<void> Reader::readTable() {
   m_objects.resize(count);
   for (quint32 i = 0; i < count; ++i) {
     const quint64 offset = number(m_objectsEnd + quint64(i) * quint64(offsetSize), offsetSize);
-    if (const auto read = readObject(i, offset); !read)
+    if (auto read = readObject(i, offset); !read)
       return read;
   }
   return {};

@@ -119,7 +119,7 @@ Writer::Object Writer::string(const QString& text) {
 
 Writer::Object Writer::container(quint8 marker, quint32 size, std::span<const Object> first,
                                  std::span<const Object> second) {
-  const qsizetype references = qsizetype(first.size() + second.size());
+  const qsizetype references = qsizetype(first.size()) + qsizetype(second.size());
   QByteArray identity;
   if (references <= kSmallContainer) {
     identity.append(char(marker));

@@ -47,7 +47,7 @@ Result<plist::Reader> parseFile(const QString& path) {
 
 // "….damaged-20261121-065500", and further if there is one already.
 QString damagedName(const QString& file, Date now) {
-  const QString stamp = file + QStringLiteral(".damaged-") + localStamp(now);
+  const QString stamp = file + QStringLiteral(".damaged-") + fileStamp(now);
   QString name = stamp;
   for (int i = 1; QFileInfo::exists(name); ++i)
     name = QStringLiteral("%1-%2").arg(stamp).arg(i);
@@ -74,9 +74,13 @@ class PreferencesStore::Private {
   Result<void> openFile();
   void putAside(const Error& error);
   void takeSettings(const plist::Reader& reader);
-  void adoptOthers(const std::optional<FileIdentity>& seen);
+  enum class Adoption { Nothing, Adopted, Noticed };
+  Adoption adoptOthers(const std::optional<FileIdentity>& seen);
+  void readSection(const plist::Reader& reader);
+  void moveAside();
   bool isSectionSaved() const { return !section || section->revision() == savedRevision; }
   void keepCopyBeforeWriting();
+  QString dataVersion() const;
   QByteArray encode() const;
 
   Paths paths;
@@ -90,10 +94,15 @@ class PreferencesStore::Private {
   std::set<QString> changed; // keys set since the last write
   StoreSection* section = nullptr;
   quint64 savedRevision = 0;
+  bool savedEmpty = false; // the section as it is on the disk
   bool mustWrite = false;
   std::optional<Error> failure;         // of the last write
   std::optional<FileIdentity> identity; // of the file as it was last read or written
   std::optional<plist::Reader> opened;  // until the section has read it
+  // A file that could not be read lately: somebody may still be writing it.
+  std::optional<FileIdentity> unreadable;
+  Date unreadableSince;
+  bool copyFailed = false;
   QString versionOnDisk;
   qint64 bytesWritten = 0;
 };
@@ -129,14 +138,19 @@ Result<void> PreferencesStore::Private::openFile() {
   return {};
 }
 
-// The unreadable file goes under another name; the newest good copy takes its place.
-void PreferencesStore::Private::putAside(const Error& error) {
-  logLine(QStringLiteral("%1: %2").arg(paths.file, error.message));
+void PreferencesStore::Private::moveAside() {
+  notice = {};
   notice.damagedKeptAs = damagedName(paths.file, clock.now());
   if (!QFile::rename(paths.file, notice.damagedKeptAs))
     QFile::copy(paths.file, notice.damagedKeptAs);
   identity.reset();
   mustWrite = true;
+}
+
+// The unreadable file goes under another name; the newest good copy takes its place.
+void PreferencesStore::Private::putAside(const Error& error) {
+  logLine(QStringLiteral("%1: %2").arg(paths.file, error.message));
+  moveAside();
   for (const QString& copy : backups.newestFirst()) {
     auto reader = parseFile(copy);
     if (!reader)
@@ -144,6 +158,19 @@ void PreferencesStore::Private::putAside(const Error& error) {
     notice.restoredFrom = copy;
     opened = std::move(*reader);
     return;
+  }
+}
+
+void PreferencesStore::Private::readSection(const plist::Reader& reader) {
+  const StoreSection::Reading reading = section->readFrom(reader);
+  savedRevision = section->revision();
+  savedEmpty = section->isEmpty();
+  // What was mended must be the same at the next start: fresh identifiers, above all.
+  mustWrite = mustWrite || reading.repaired || reading.foreignElements > 0;
+  notice.foreignElements = reading.foreignElements;
+  if (reading.foreignElements > 0) {
+    if (const auto kept = backups.keep(paths.file, clock.now()))
+      notice.originalKeptAs = *kept;
   }
 }
 
@@ -166,9 +193,7 @@ void PreferencesStore::Private::takeSettings(const plist::Reader& reader) {
     taken.emplace(name, reader.value(reader.valueAt(root, i)));
   }
   values = std::move(taken);
-  const auto version = values.find(kDataVersion);
-  if (version != values.end() && version->second.get<QString>())
-    versionOnDisk = *version->second.get<QString>();
+  versionOnDisk = dataVersion();
 }
 
 void PreferencesStore::registerDefaults(std::map<QString, Value> defaults) {
@@ -179,10 +204,11 @@ void PreferencesStore::attach(StoreSection& section) {
   d->section = &section;
   if (d->opened) {
     d->takeSettings(*d->opened);
-    section.readFrom(*d->opened);
+    d->readSection(*d->opened);
     d->opened.reset();
   }
   d->savedRevision = section.revision();
+  d->savedEmpty = section.isEmpty();
 }
 
 const StoreNotice& PreferencesStore::notice() const {
@@ -224,47 +250,57 @@ const std::optional<Error>& PreferencesStore::writeFailure() const {
   return d->failure;
 }
 
-void PreferencesStore::requireWrite() {
-  d->mustWrite = true;
-}
-
-void PreferencesStore::Private::adoptOthers(const std::optional<FileIdentity>& seen) {
-  identity = seen;
-  if (!seen) { // it was taken away: what is in memory is all there is
+PreferencesStore::Private::Adoption
+PreferencesStore::Private::adoptOthers(const std::optional<FileIdentity>& seen) {
+  constexpr double kStill = 2; // seconds after which a half-written file counts as damaged
+  if (!seen) {                 // it was taken away: what is in memory is all there is
+    identity = seen;
     mustWrite = true;
-    return;
+    return Adoption::Nothing;
   }
   const auto reader = parseFile(paths.file);
   if (!reader) {
+    if (unreadable != seen) {
+      unreadable = seen;
+      unreadableSince = clock.now();
+    }
+    const double age = clock.now().seconds - unreadableSince.seconds;
+    if (age >= 0 && age < kStill)
+      return Adoption::Nothing;
     logLine(QStringLiteral("%1: %2").arg(paths.file, reader.error().message));
-    if (const auto kept = backups.keep(paths.file, clock.now()); !kept)
-      logLine(kept.error().message);
-    mustWrite = true;
-    return;
+    unreadable.reset();
+    moveAside();
+    return Adoption::Noticed;
   }
+  identity = seen;
+  unreadable.reset();
+  notice = {};
   takeSettings(*reader);
-  if (!section)
-    return;
-  if (isSectionSaved()) {
-    section->readFrom(*reader);
-    savedRevision = section->revision();
-  } else if (const auto kept = backups.keep(paths.file, clock.now()); !kept) {
+  if (section && isSectionSaved())
+    readSection(*reader);
+  else if (const auto kept = backups.keep(paths.file, clock.now()); !kept)
     logLine(kept.error().message);
-  }
+  return notice.isEmpty() ? Adoption::Adopted : Adoption::Noticed;
+}
+
+QString PreferencesStore::Private::dataVersion() const {
+  const auto version = values.find(kDataVersion);
+  const QString* text = version != values.end() ? version->second.get<QString>() : nullptr;
+  return text ? *text : QString();
 }
 
 // A copy of the state before the day's first write and before the first write of a new version.
 void PreferencesStore::Private::keepCopyBeforeWriting() {
-  const auto version = values.find(kDataVersion);
-  const QString newVersion = version != values.end() && version->second.get<QString>()
-                                 ? *version->second.get<QString>()
-                                 : QString();
-  if (!identity || (backups.hasCopyOfDay(clock.now()) && newVersion == versionOnDisk))
+  if (!identity)
     return;
-  if (const auto kept = backups.keep(paths.file, clock.now()); !kept)
+  // A copy of an empty queue would stand in the way of one that is worth something.
+  const bool daily = !savedEmpty && !backups.hasCopyOfDay(clock.now());
+  if (!daily && dataVersion() == versionOnDisk)
+    return;
+  const auto kept = backups.keep(paths.file, clock.now());
+  if (!kept && !copyFailed)
     logLine(kept.error().message);
-  else
-    versionOnDisk = newVersion;
+  copyFailed = !kept;
 }
 
 QByteArray PreferencesStore::Private::encode() const {
@@ -283,11 +319,13 @@ QByteArray PreferencesStore::Private::encode() const {
 void PreferencesStore::synchronize() {
   const auto seen = identityOf(d->encodedFile);
   if (seen != d->identity) {
-    d->adoptOthers(seen);
-    if (seen && onChangedByOthers)
+    const auto adoption = d->adoptOthers(seen);
+    if (adoption == Private::Adoption::Noticed && onNotice)
+      onNotice(d->notice);
+    if (adoption != Private::Adoption::Nothing && onChangedByOthers)
       onChangedByOthers();
   }
-  if (isSaved())
+  if (isSaved() || d->unreadable)
     return;
   d->keepCopyBeforeWriting();
   const quint64 revision = d->section ? d->section->revision() : 0;
@@ -307,17 +345,12 @@ void PreferencesStore::synchronize() {
   }
   d->failure.reset();
   d->changed.clear();
+  d->versionOnDisk = d->dataVersion();
   d->mustWrite = false;
   d->savedRevision = revision;
+  d->savedEmpty = d->section && d->section->isEmpty();
   d->identity = identityOf(d->encodedFile);
   d->bytesWritten += bytes.size();
-}
-
-QString PreferencesStore::backUpNow() {
-  const auto kept = d->backups.keep(d->paths.file, d->clock.now());
-  if (!kept && kept.error().kind != Error::Kind::NotFound)
-    logLine(kept.error().message);
-  return kept ? *kept : QString();
 }
 
 qint64 PreferencesStore::bytesWritten() const {

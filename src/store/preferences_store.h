@@ -28,18 +28,27 @@ class StoreSection {
   virtual QStringList keys() const = 0;
   /// Counts changes. Called at each tick: cheap.
   virtual quint64 revision() const = 0;
+  /// Whether there is nothing in it that a user would miss.
+  virtual bool isEmpty() const = 0;
+  /// What a reading had to mend, so that memory and file differ.
+  struct Reading {
+    int foreignElements = 0; // of a kind that does not belong there
+    bool repaired = false;   // missing or doubled values were made
+  };
   /// Takes the values of the section's keys from the root dictionary of a file.
-  virtual void readFrom(const plist::Reader& reader) = 0;
+  virtual Reading readFrom(const plist::Reader& reader) = 0;
   /// Adds every key with its value.
   virtual void writeTo(plist::Writer& writer, std::vector<plist::Writer::Object>& keys,
                        std::vector<plist::Writer::Object>& values) const = 0;
 };
 
-/// What happened while the store was opened, for the user to be told.
+/// What happened while the file was read, for the user to be told.
 struct StoreNotice {
-  QString damagedKeptAs; // where an unreadable store was put aside, or ""
-  QString restoredFrom;  // the copy that was taken in its place, or ""
-  bool isEmpty() const { return damagedKeptAs.isEmpty(); }
+  QString damagedKeptAs;   // where an unreadable file was put aside, or ""
+  QString restoredFrom;    // the copy that was taken in its place, or ""
+  int foreignElements = 0; // values of a foreign kind that read as empty ones
+  QString originalKeptAs;  // the copy kept of the file as it was when there were any, or ""
+  bool isEmpty() const { return damagedKeptAs.isEmpty() && foreignElements == 0; }
 };
 
 /// Main thread. Holds the store's lock for its whole life; the lock dies with its holder.
@@ -84,15 +93,12 @@ class PreferencesStore final : public Settings {
   bool isSaved() const;
   /// Why the last write failed; nothing when it did not.
   const std::optional<Error>& writeFailure() const;
-  /// Keeps a copy of the file as it is in the backups; returns its path, or "".
-  QString backUpNow();
-  /// The next write is made even when nothing changed.
-  void requireWrite();
-
   /// Called when writing starts to fail (disk full, read-only folder, lost home).
   std::function<void(const Error&)> onWriteFailure;
   /// Called after another process's changes were adopted.
   std::function<void()> onChangedByOthers;
+  /// Called when another process left a file that is damaged or holds foreign values.
+  std::function<void(const StoreNotice&)> onNotice;
   /// Bytes written to the file since the store was opened; for measurements.
   qint64 bytesWritten() const;
 

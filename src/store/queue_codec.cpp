@@ -141,8 +141,10 @@ Reminder padRow(const ReminderQueue::Pads& pads) {
   return row;
 }
 
+// Other readers know the years 1 to 9999 only, and would refuse the whole file for one date.
 Writer::Object writeElement(Writer& writer, Date value) {
-  return writer.date(value);
+  constexpr Date kLastOfYear9999{252423993599.0};
+  return writer.date(std::clamp(value, kDistantPast, kLastOfYear9999));
 }
 Writer::Object writeElement(Writer& writer, qint64 value) {
   return value == 0 ? writer.boolean(false) : writer.integer(value);
@@ -150,8 +152,13 @@ Writer::Object writeElement(Writer& writer, qint64 value) {
 Writer::Object writeElement(Writer& writer, Flag value) {
   return writer.boolean(value);
 }
+// Half a surrogate pair would have the same effect; it is no character.
 Writer::Object writeElement(Writer& writer, const QString& value) {
-  return writer.string(value);
+  if (value.isValidUtf16())
+    return writer.string(value);
+  const QList<uint> characters = value.toUcs4();
+  return writer.string(QString::fromUcs4(reinterpret_cast<const char32_t*>(characters.constData()),
+                                         characters.size()));
 }
 Writer::Object writeElement(Writer& writer, const QByteArray& value) {
   return writer.data(value);

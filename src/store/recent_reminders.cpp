@@ -46,8 +46,12 @@ int RecentReminders::setStored(const Value& stored) {
       entry.fullDescription = entry.description;
     if (const Value* type = record.find(kType); type && type->get<qint64>())
       entry.type = *type->get<qint64>();
+    if (entry.description.isEmpty())
+      entry.description = cutText(entry.fullDescription, kShown);
     m_entries.push_back(std::move(entry));
   }
+  if (qsizetype(m_entries.size()) > kMost)
+    m_entries.erase(m_entries.begin(), m_entries.end() - kMost);
   return leftOut;
 }
 

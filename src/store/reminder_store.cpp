@@ -3,6 +3,8 @@
 #include "base/log.h"
 #include "store/queue_codec.h"
 
+#include <QSet>
+
 namespace tockwise {
 namespace {
 
@@ -32,6 +34,21 @@ bool fillMissing(Columns& columns, Date now) {
   const bool filled = columns.reminderUUID.isEmpty() && count > 0;
   fillIfEmpty(columns.reminderUUID, count, [] { return UUIDString(); });
   return filled;
+}
+
+// An identifier names one reminder: a second one of the same name, or none, gets its own.
+void renewDoubledIdentifiers(ReminderQueue& queue) {
+  QSet<QString> seen;
+  seen.insert(QString());
+  for (qsizetype i = 0; i < queue->reminderUUID.size(); ++i) {
+    const QString identifier = queue->reminderUUID.values()[size_t(i)];
+    if (!seen.contains(identifier)) {
+      seen.insert(identifier);
+      continue;
+    }
+    logLine(QStringLiteral("reminderUUID: element %1 stands there twice").arg(i));
+    (void)queue.set<&Columns::reminderUUID>(i, UUIDString());
+  }
 }
 
 } // namespace
@@ -71,7 +88,8 @@ class ReminderStore::Private final : public StoreSection {
   // The queue, and what is saved beside it.
   QStringList keys() const override { return columnKeys() << kRecentReminders; }
   quint64 revision() const override { return queue.revision() + recentReminders.revision(); }
-  void readFrom(const plist::Reader& reader) override;
+  bool isEmpty() const override { return queue.isEmpty(); }
+  Reading readFrom(const plist::Reader& reader) override;
   void writeTo(plist::Writer& writer, std::vector<plist::Writer::Object>& keys,
                std::vector<plist::Writer::Object>& values) const override;
 
@@ -83,21 +101,19 @@ class ReminderStore::Private final : public StoreSection {
   std::unique_ptr<PreferencesStore> preferences;
   ReminderQueue queue;
   RecentReminders recentReminders;
-  LoadReport report;
-  int foreignElements = 0; // of the last reading
-  bool repaired = false;   // the last reading, so that memory and file differ
 };
 
-void ReminderStore::Private::readFrom(const plist::Reader& reader) {
+StoreSection::Reading ReminderStore::Private::readFrom(const plist::Reader& reader) {
   DecodedColumns decoded = decodeColumns(reader, reader.root(), pads());
-  foreignElements = decoded.foreignElements;
-  repaired = fillMissing(decoded.columns, clock.now());
+  Reading reading{decoded.foreignElements, fillMissing(decoded.columns, clock.now())};
   queue.setColumns(std::move(decoded.columns));
   const quint64 asRead = queue.revision();
   queue.syncArrays(pads());
-  repaired = repaired || queue.revision() != asRead;
+  renewDoubledIdentifiers(queue);
+  reading.repaired = reading.repaired || queue.revision() != asRead;
   const auto recent = reader.find(reader.root(), kRecentReminders);
-  foreignElements += recentReminders.setStored(recent ? reader.value(*recent) : Value());
+  reading.foreignElements += recentReminders.setStored(recent ? reader.value(*recent) : Value());
+  return reading;
 }
 
 void ReminderStore::Private::writeTo(plist::Writer& writer,
@@ -120,12 +136,6 @@ Result<std::unique_ptr<ReminderStore>> ReminderStore::open(const PreferencesStor
   PreferencesStore& store = *d->preferences;
   store.registerDefaults(registeredDefaults());
   store.attach(*d);
-  d->report.notice = store.notice();
-  d->report.foreignElements = d->foreignElements;
-  if (d->foreignElements > 0)
-    d->report.originalKeptAs = store.backUpNow();
-  if (d->repaired || d->foreignElements > 0)
-    store.requireWrite(); // fresh identifiers must not be other ones at the next start
   store.setValue(kDataVersion, QStringLiteral(TOCKWISE_VERSION));
   store.synchronize();
   return std::unique_ptr<ReminderStore>(new ReminderStore(std::move(d)));
@@ -149,8 +159,8 @@ PreferencesStore& ReminderStore::preferences() {
 const PreferencesStore& ReminderStore::preferences() const {
   return *d->preferences;
 }
-const ReminderStore::LoadReport& ReminderStore::loadReport() const {
-  return d->report;
+const StoreNotice& ReminderStore::loadReport() const {
+  return d->preferences->notice();
 }
 const Clock& ReminderStore::clock() const {
   return d->clock;

@@ -18,12 +18,6 @@ std::map<QString, Value> registeredDefaults();
 /// Main thread; other threads go through runOnMainThread.
 class ReminderStore {
  public:
-  struct LoadReport {
-    StoreNotice notice;
-    int foreignElements = 0; // stored elements of a foreign kind that became pad values
-    QString originalKeptAs;  // the copy kept of the untouched store when there were any, or ""
-  };
-
   /// Opens and loads, in this order: defaults, conversion of old rich text when the store has no
   /// dataVersion, dataVersion, the columns with their fillings, syncArrays.
   static Result<std::unique_ptr<ReminderStore>> open(const PreferencesStore::Paths& paths,
@@ -36,7 +30,8 @@ class ReminderStore {
   const RecentReminders& recentReminders() const;
   PreferencesStore& preferences();
   const PreferencesStore& preferences() const;
-  const LoadReport& loadReport() const;
+  /// What happened when the file was last read.
+  const StoreNotice& loadReport() const;
   const Clock& clock() const;
 
   /// Brings queue, recent reminders and settings to the disk, when anything changed since they

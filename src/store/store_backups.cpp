@@ -1,6 +1,6 @@
 #include "store/store_backups.h"
 
-#include "dates/calendar.h"
+#include "dates/date_text.h"
 #include "store/store_file.h"
 
 #include <QDir>
@@ -13,14 +13,11 @@ namespace {
 const QString kBaseName = QStringLiteral("com.quillstone.Tockwise-");
 const QString kEnding = QStringLiteral(".plist");
 
-QString dayStamp(Date date) {
-  return Calendar::current().dateStringWithFormat(date, u"yyyyMMdd");
-}
-
 } // namespace
 
-QString localStamp(Date date) {
-  return Calendar::current().dateStringWithFormat(date, u"yyyyMMdd-HHmmss");
+QString fileStamp(Date date) {
+  const QString iso = iso8601UTC(date); // "2026-11-21T06:55:00.000000Z"
+  return iso.left(10).remove(u'-') + u'-' + iso.mid(11, 8).remove(u':');
 }
 
 StoreBackups::StoreBackups(QString folder) : m_folder(std::move(folder)) {}
@@ -36,7 +33,7 @@ QStringList StoreBackups::newestFirst() const {
 }
 
 bool StoreBackups::hasCopyOfDay(Date now) const {
-  const QString start = kBaseName + dayStamp(now);
+  const QString start = kBaseName + fileStamp(now).left(8);
   for (const QString& path : newestFirst()) {
     if (QFileInfo(path).fileName().startsWith(start))
       return true;
@@ -50,11 +47,13 @@ Result<QString> StoreBackups::keep(const QString& file, Date now) {
     return bytes.error();
   if (const auto made = makePrivateFolder(m_folder); !made)
     return made.error();
-  const QString stamp = kBaseName + localStamp(now);
-  QString path = QDir(m_folder).filePath(stamp + kEnding);
-  for (int i = 1; QFileInfo::exists(path); ++i)
+  const QString stamp = kBaseName + fileStamp(now);
+  QString path;
+  int number = 0;
+  do {
     path = QDir(m_folder).filePath(
-        QStringLiteral("%1-%2%3").arg(stamp).arg(i, 3, 10, QChar(u'0')).arg(kEnding));
+        QStringLiteral("%1-%2%3").arg(stamp).arg(number++, 3, 10, QChar(u'0')).arg(kEnding));
+  } while (QFileInfo::exists(path));
   if (const auto written = writeAtomically(path, *bytes); !written)
     return written.error();
   const QStringList all = newestFirst();

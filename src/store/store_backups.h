@@ -17,10 +17,10 @@ class StoreBackups {
 
   explicit StoreBackups(QString folder);
 
-  /// Keeps a copy of file under the local date and time; returns its path. NotFound when there is
+  /// Keeps a copy of file under the date and time; returns its path. NotFound when there is
   /// no file to keep.
   Result<QString> keep(const QString& file, Date now);
-  /// Whether a copy of that local day was kept.
+  /// Whether a copy of that day (UTC) was kept.
   bool hasCopyOfDay(Date now) const;
   /// The copies, newest first.
   QStringList newestFirst() const;
@@ -29,7 +29,7 @@ class StoreBackups {
   QString m_folder;
 };
 
-/// "20261121-065500" in local time.
-QString localStamp(Date date);
+/// "20261121-065500": UTC, the same in every locale, so that names sort by time.
+QString fileStamp(Date date);
 
 } // namespace tockwise

@@ -135,7 +135,7 @@ Result<void> makePrivateFolder(const QString& path) {
   }
   const QString parent = QFileInfo(path).path();
   if (parent != path && !QFileInfo(parent).isDir()) {
-    if (const auto made = makePrivateFolder(parent); !made)
+    if (auto made = makePrivateFolder(parent); !made)
       return made;
   }
   if (::mkdir(QFile::encodeName(path).constData(), 0700) != 0 && errno != EEXIST)

@@ -93,7 +93,7 @@ class StoreKillTest : public QObject {
 
       const auto store = open(clock);
       QVERIFY(store != nullptr);
-      QVERIFY(store->loadReport().notice.isEmpty());
+      QVERIFY(store->loadReport().isEmpty());
       QCOMPARE(store->loadReport().foreignElements, 0);
       const int held = store->preferences().string(QStringLiteral("email")).toInt();
       QVERIFY2(held == announced || held == announced + 1,

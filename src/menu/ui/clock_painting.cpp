@@ -23,8 +23,8 @@ const QColor kBadge(0xd9, 0x2d, 0x20);
 
 QRectF square(const QRect& rect) {
   const int side = std::min(rect.width(), rect.height());
-  return QRectF(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2, side,
-                side);
+  const QPoint corner(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
+  return QRectF(QRect(corner, QSize(side, side)));
 }
 
 /// A whole number of pixels, so that lines stay sharp at small sizes.

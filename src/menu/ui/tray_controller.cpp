@@ -23,7 +23,8 @@ bool popupsLandWhereTheyShould() {
 
 } // namespace
 
-TrayController::TrayController(MenuSource source, QDBusConnection connection, QObject* parent)
+TrayController::TrayController(MenuSource source, const QDBusConnection& connection,
+                               QObject* parent)
     : QObject(parent),
       m_source(std::move(source)),
       m_exportedLive(m_source),

@@ -25,7 +25,7 @@ class TrayController final : public QObject {
  public:
   /// source gives the program's state whenever a menu is about to be shown.
   explicit TrayController(MenuSource source,
-                          QDBusConnection connection = QDBusConnection::sessionBus(),
+                          const QDBusConnection& connection = QDBusConnection::sessionBus(),
                           QObject* parent = nullptr);
   ~TrayController() override;
 

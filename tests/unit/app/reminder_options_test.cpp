@@ -65,6 +65,9 @@ class ReminderOptionsTest : public QObject {
     row("at", "");
     row("in", "1 Minutes");
     row("in", "soon");
+    row("in", "1 Day 2 Hour");
+    row("in", "5x Minutes");
+    row("in", "5 Minutes foo");
     row("in", "99999999999999 Days");
     row("every", "fortnight");
     row("every", "1,2,3");
@@ -91,6 +94,11 @@ class ReminderOptionsTest : public QObject {
     QVERIFY(!applied);
     QCOMPARE(applied.error().kind, Error::Kind::Usage);
     QCOMPARE(m_reminder, before);
+  }
+
+  void optionsHaveTheirTypes() {
+    QVERIFY(!apply(option("email", text("no"))));
+    QVERIFY(!apply(option("at", 5)));
   }
 
   void atAndInExcludeOneAnother() {

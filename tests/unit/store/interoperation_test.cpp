@@ -84,7 +84,7 @@ class InteroperationTest : public QObject {
   void expectPythonsReminder() {
     const auto store = open();
     QVERIFY(store != nullptr);
-    QVERIFY(store->loadReport().notice.isEmpty());
+    QVERIFY(store->loadReport().isEmpty());
     const auto reminder = store->queue().reminder(0);
     QVERIFY(reminder.ok());
     QCOMPARE(reminder->reminderDescriptions, text("from Python"));
@@ -103,6 +103,22 @@ class InteroperationTest : public QObject {
   void pythonReadsWhatWeWrite() {
     writeStore();
     QCOMPARE(run(text("/usr/bin/python3"), {text("-c"), text(kCheck), file()}), "sound\n");
+  }
+
+  void whatOthersCouldNotReadIsNotWritten() {
+    {
+      const auto store = open();
+      Reminder odd;
+      odd.reminderQueue = Date{1e15};
+      odd.reminderDescriptions = QString(1, QChar(0xD800)) + text("half");
+      store->appendReminder(odd, ReminderStore::RecentEntry::Omit);
+    }
+    QCOMPARE(run(text("/usr/bin/python3"),
+                 {text("-c"),
+                  text("import plistlib,sys;p=plistlib.load(open(sys.argv[1],'rb'));"
+                       "print(p['reminderQueue'][0].year, ascii(p['reminderDescriptions'][0]))"),
+                  file()}),
+             QByteArray("9999 '\\ufffdhalf'\n"));
   }
 
   void plistutilReadsWhatWeWrite() {

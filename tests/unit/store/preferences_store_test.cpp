@@ -65,10 +65,12 @@ class PreferencesStoreTest : public QObject {
    public:
     QStringList keys() const override { return {text("section")}; }
     quint64 revision() const override { return m_revision; }
-    void readFrom(const plist::Reader& reader) override {
+    bool isEmpty() const override { return false; }
+    Reading readFrom(const plist::Reader& reader) override {
       const auto found = reader.find(reader.root(), u"section");
       m_value = found ? reader.value(*found) : Value();
       ++m_revision;
+      return {};
     }
     void writeTo(plist::Writer& writer, std::vector<plist::Writer::Object>& keys,
                  std::vector<plist::Writer::Object>& values) const override {
@@ -332,10 +334,43 @@ class PreferencesStoreTest : public QObject {
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("nonsense");
     file.close();
+    int notices = 0;
+    store->onNotice = [&](const StoreNotice& notice) {
+      ++notices;
+      QVERIFY(QFileInfo::exists(notice.damagedKeptAs));
+    };
     store->synchronize();
+    QVERIFY(file.exists()); // it may be half of what somebody is writing
+    QCOMPARE(notices, 0);
+    m_clock.advance(3);
+    store->synchronize();
+    QCOMPARE(notices, 1);
     QVERIFY(store->isSaved());
+    QVERIFY(filesIn(m_paths.backups).isEmpty());
     store.reset();
     QCOMPARE(open()->string(kKey), text("old"));
+  }
+
+  void aFileThatIsWrittenInPlaceIsWaitedFor() {
+    write(text("old"));
+    const auto store = open();
+    store->setValue(text("mine"), Value(1));
+    QVERIFY(QFile::resize(m_paths.file, 0));
+    store->synchronize();
+    QCOMPARE(QFileInfo(m_paths.file).size(), 0);
+    writeByOthers({{kKey, Value(text("theirs"))}});
+    store->synchronize();
+    QCOMPARE(store->string(kKey), text("theirs"));
+    QVERIFY(store->isSaved());
+  }
+
+  void copiesAreNamedTheSameInEveryLocale() {
+    qputenv("LC_ALL", "th_TH.UTF-8");
+    write(text("first"));
+    write(text("second"));
+    qunsetenv("LC_ALL");
+    QCOMPARE(filesIn(m_paths.backups),
+             QStringList{text("com.quillstone.Tockwise-20250304-091542-000.plist")});
   }
 
   void aLinkedStoreIsWrittenThroughTheLink() {

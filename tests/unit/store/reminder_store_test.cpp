@@ -72,6 +72,45 @@ class ReminderStoreTest : public QObject {
     QCOMPARE(open()->queue()->reminderUUID.values(), identifiers);
   }
 
+  void doubledIdentifiersAreRenewed() {
+    auto file = threeReminders();
+    file.emplace_back(text("reminderUUID"),
+                      Value::Array{Value(text("A")), Value(text("A")), Value(QString())});
+    writeFile(file);
+    std::vector<QString> identifiers;
+    {
+      const auto store = open();
+      identifiers = store->queue()->reminderUUID.values();
+      QCOMPARE(identifiers.front(), text("A"));
+      QCOMPARE(std::set<QString>(identifiers.begin(), identifiers.end()).size(), size_t(3));
+      QVERIFY(!identifiers.back().isEmpty());
+    }
+    QCOMPARE(open()->queue()->reminderUUID.values(), identifiers);
+  }
+
+  void whatAnotherProgramLeavesIsMendedAsAtTheStart() {
+    const auto store = open();
+    int notices = 0;
+    store->preferences().onNotice = [&](const StoreNotice& notice) {
+      ++notices;
+      QCOMPARE(notice.foreignElements, 1);
+      QVERIFY(QFileInfo::exists(notice.originalKeptAs));
+    };
+    auto file = threeReminders();
+    file.emplace_back(text("reminderOffsets"), Value(text("x")));
+    writeFile(file);
+    store->saveDefaults();
+    QCOMPARE(notices, 1);
+    QVERIFY(store->preferences().isSaved());
+    QFile written(PreferencesStore::Paths::ofUser().file);
+    QVERIFY(written.open(QIODevice::ReadOnly));
+    const auto reader = plist::Reader::open(written.readAll());
+    QVERIFY(reader.ok());
+    const auto onDisk = reader->value(*reader->find(reader->root(), u"reminderUUID"));
+    QCOMPARE(*onDisk.strings(), QStringList(store->queue()->reminderUUID.values().begin(),
+                                            store->queue()->reminderUUID.values().end()));
+  }
+
   void datesKeepTheirFractions() {
     writeFile(threeReminders());
     QCOMPARE(open()->queue()->reminderQueue.values().front(), Date{800000000.25});
@@ -203,6 +242,22 @@ class ReminderStoreTest : public QObject {
     QCOMPARE(*store->queue().reminder(0), before);
     QCOMPARE(before.reminderTypes, text("regular"));
     QCOMPARE(store->recentReminders().entries().size(), size_t(1));
+  }
+
+  void theFirstDaysCopyHoldsReminders() {
+    const auto store = open();
+    store->preferences().setValue(text("email"), text("x"));
+    store->saveDefaults();
+    store->appendReminder(Reminder(), ReminderStore::RecentEntry::Omit);
+    store->appendReminder(Reminder(), ReminderStore::RecentEntry::Omit);
+    const QDir backups(PreferencesStore::Paths::ofUser().backups);
+    const QStringList copies = backups.entryList(QDir::Files);
+    QVERIFY(!copies.isEmpty());
+    QFile copy(backups.filePath(copies.back()));
+    QVERIFY(copy.open(QIODevice::ReadOnly));
+    const auto reader = plist::Reader::open(copy.readAll());
+    QVERIFY(reader.ok());
+    QCOMPARE(reader->count(*reader->find(reader->root(), u"reminderUUID")), 1);
   }
 
   void anIdleSaveWritesNothing() {
