@@ -13,6 +13,7 @@
 namespace tockwise {
 namespace {
 
+constexpr int kSettleDelay = 150;   // milliseconds
 constexpr int kCloseAllDelay = 100; // milliseconds: the windows come back before they close
 constexpr int kTitleBar = 32;       // until a window has been mapped its frame is not known
 
@@ -219,8 +220,15 @@ void AlertWindows::showAllCurrentAlerts() {
   keepLevels();
   const auto newest = std::find_if(m_windows.rbegin(), m_windows.rend(),
                                    [](const WindowPointer& each) { return !each->isDismissed(); });
-  if (newest != m_windows.rend())
-    (*newest)->activateWindow();
+  if (newest == m_windows.rend())
+    return;
+  (*newest)->activateWindow();
+  // A busy window manager may have put them up in another order than they were asked for.
+  AlertWindowController* onTop = newest->get();
+  QTimer::singleShot(kSettleDelay, onTop, [onTop] {
+    if (onTop->isVisible() && onTop->isActiveWindow())
+      onTop->raise();
+  });
 }
 
 void AlertWindows::closeAllCurrentAlerts() {
