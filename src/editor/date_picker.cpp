@@ -1,0 +1,1 @@
+#include "editor/date_picker.h"

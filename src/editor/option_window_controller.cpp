@@ -1,0 +1,1 @@
+#include "editor/option_window_controller.h"

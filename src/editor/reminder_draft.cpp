@@ -1,0 +1,1 @@
+#include "editor/reminder_draft.h"

@@ -1,0 +1,1 @@
+#include "editor/reminder_editing.h"

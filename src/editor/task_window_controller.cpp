@@ -1,0 +1,1 @@
+#include "editor/task_window_controller.h"

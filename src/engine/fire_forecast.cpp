@@ -1,0 +1,1 @@
+#include "engine/fire_forecast.h"

@@ -1,0 +1,1 @@
+#include "richtext/formatting_bar.h"

@@ -1,0 +1,1 @@
+#include "richtext/picture_scaling.h"

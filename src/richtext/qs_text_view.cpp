@@ -1,0 +1,1 @@
+#include "richtext/qs_text_view.h"

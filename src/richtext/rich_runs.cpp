@@ -1,0 +1,1 @@
+#include "richtext/rich_runs.h"

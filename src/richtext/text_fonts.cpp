@@ -1,0 +1,1 @@
+#include "richtext/text_fonts.h"

@@ -1,0 +1,35 @@
+// The container that archives keep attached files in ("rtfd"), which is also flat RTFD.
+#pragma once
+
+#include "base/result.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <vector>
+
+namespace tockwise {
+
+/// A regular file, or a folder of others.
+struct FileWrapper {
+  enum class Type { RegularFile, Folder };
+  Type type = Type::RegularFile;
+  /// Sanitised: no path, no control characters, at most 255 bytes; never to be used as a path.
+  QString name;
+  QByteArray contents;               // of a regular file
+  std::vector<FileWrapper> children; // of a folder, in their order
+  friend bool operator==(const FileWrapper&, const FileWrapper&) = default;
+};
+
+/// Damaged when bytes are no sound container. Nested no deeper than 32. Any one thread.
+Result<FileWrapper> readFileWrapper(const QByteArray& bytes);
+
+/// The four-entry form of a regular file, or a folder with its children. modified: seconds since
+/// 1970, 0 for unknown.
+QByteArray writeFileWrapper(const FileWrapper& wrapper, quint32 modified = 0);
+
+/// name as it may be shown and stored: its last path component, without control characters, at
+/// most 255 bytes of UTF-8.
+QString sanitisedFileName(const QString& name);
+
+} // namespace tockwise

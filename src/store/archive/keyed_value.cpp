@@ -1,0 +1,1 @@
+#include "store/archive/keyed_value.h"

@@ -1,0 +1,1 @@
+#include "store/archive/old_rich_text.h"
