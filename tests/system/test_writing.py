@@ -29,7 +29,7 @@ def png(width, height, colour):
 class Editors:
     """The windows, and what a user does with them."""
 
-    def editor(self, title="New Reminder"):
+    def editor(self, title=" Reminder"):
         return self.session.desktop.window_titled(title)
 
     def alert(self, text):
