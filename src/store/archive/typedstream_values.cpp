@@ -79,20 +79,20 @@ std::optional<std::vector<double>> realsOf(const Group& group) {
 
 // Adds the runs of a text of length units, from a group on. A run names its attributes by a
 // number, counted from 1; those of a new number follow it.
-bool readRuns(const std::vector<Group>& groups, size_t at, qint64 length,
+void readRuns(const std::vector<Group>& groups, size_t at, qint64 length,
               std::vector<AttributeRun>& runs) {
   std::vector<std::optional<Item>> known;
   for (qint64 sum = 0; sum < length && at < groups.size(); ++at) {
     const std::vector<Item>& items = groups[at].items;
     if (items.size() != 2 || items[0].kind != Kind::Integer || items[1].kind != Kind::Integer)
-      return false;
+      return;
     const qint64 index = items[0].integer();
     const qint64 run = items[1].integer();
     if (index < 1 || index > qint64(known.size()) + 1 || run < 0)
-      return false;
+      return;
     if (index > qint64(known.size())) {
       if (++at >= groups.size() || groups[at].items.size() != 1)
-        return false;
+        return;
       const Item& attributes = groups[at].items[0];
       known.push_back(attributes.kind == Kind::Object ? std::optional(attributes) : std::nullopt);
     }
@@ -101,7 +101,6 @@ bool readRuns(const std::vector<Group>& groups, size_t at, qint64 length,
       runs.push_back({qsizetype(taken), known[size_t(index - 1)]});
     sum += taken;
   }
-  return true;
 }
 
 } // namespace
@@ -251,7 +250,7 @@ std::optional<AttributedString> attributedStringOf(const Tree& tree, const Item&
       continue;
     AttributedString string;
     string.text = *object;
-    string.damagedRuns = !readRuns(*groups, i + 1, text->size(), string.runs);
+    readRuns(*groups, i + 1, text->size(), string.runs);
     return string;
   }
   return std::nullopt;

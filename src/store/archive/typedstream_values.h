@@ -38,9 +38,8 @@ struct AttributeRun {
 
 struct AttributedString {
   Item text; // a string
+  /// Damaged ones are left out: then the runs do not cover the text.
   std::vector<AttributeRun> runs;
-  /// Whether something of the runs could not be read, which leaves text without attributes.
-  bool damagedRuns = false;
 };
 
 std::optional<QString> stringOf(const Tree& tree, const Item& item);
