@@ -58,7 +58,7 @@ QString weekdayText(const Extra& extra) {
   }
   if (size_t(allowed.size()) == extra.days.size())
     return {};
-  return QStringLiteral(" only on ") + enumerated(allowed);
+  return QStringLiteral(" on ") + enumerated(allowed);
 }
 
 } // namespace
@@ -77,15 +77,18 @@ QString optionText(const Interval& interval, const Extra& extra, const Offset& o
   const QString repeat = repeatText(interval);
   if (const QString reason = reasonNeverToAlert(extra); !reason.isEmpty())
     return repeat + QStringLiteral(" Never alerts: %1.").arg(reason);
-  QString alert = QStringLiteral(" Alerts") + weekdayText(extra);
+  const QString notice = offset == kBlankOffset
+                             ? QStringLiteral(" Alerts at its date")
+                             : QStringLiteral(" Alerts %1 before its date").arg(amountText(offset));
+  QString restriction = weekdayText(extra);
   if (hasWindow(extra)) {
-    alert += QStringLiteral(" between %1 and %2")
-                 .arg(timeText(extra.times[0], extra.times[1]),
-                      timeText(extra.times[2], extra.times[3]));
+    restriction += QStringLiteral(" between %1 and %2")
+                       .arg(timeText(extra.times[0], extra.times[1]),
+                            timeText(extra.times[2], extra.times[3]));
   }
-  alert += offset == kBlankOffset ? QStringLiteral(" at its date")
-                                  : QStringLiteral(" %1 before its date").arg(amountText(offset));
-  return repeat + alert + u'.';
+  if (!restriction.isEmpty())
+    restriction.prepend(QStringLiteral(", only"));
+  return repeat + notice + restriction + u'.';
 }
 
 } // namespace tockwise

@@ -10,7 +10,7 @@ namespace tockwise {
 /// Why a reminder with these options never alerts; "" when it may.
 QString reasonNeverToAlert(const Extra& extra);
 
-/// "Repeats every 2 days. Alerts on Mon and Wed between 09:00 and 17:00, 1 hour before its date."
+/// "Repeats every 2 days. Alerts 1 hour before its date, only on Mon between 09:00 and 17:00."
 QString optionText(const Interval& interval, const Extra& extra, const Offset& offset);
 
 } // namespace tockwise

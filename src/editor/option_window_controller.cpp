@@ -112,6 +112,8 @@ void OptionWindowController::Private::windowDidLoad() {
       tell();
     });
   }
+  // Room for two lines: the window keeps its size while the words change.
+  ui.summaryLabel->setMinimumHeight(2 * ui.summaryLabel->fontMetrics().lineSpacing());
   connect(ui.repeatIntervalPop, &QComboBox::activated, &q,
           &OptionWindowController::repeatIntervalPopAction);
   connect(ui.okButton, &QPushButton::clicked, &q, &OptionWindowController::OK);
@@ -202,7 +204,7 @@ void OptionWindowController::Private::tell() {
     ui.timesNote->setText(
         QStringLiteral("kept as it is stored: %1").arg(odd.join(QStringLiteral(", "))));
   else
-    ui.timesNote->setText(anyTime ? QStringLiteral("twice the same: at any time") : QString());
+    ui.timesNote->setText(anyTime ? QStringLiteral("the same time twice: at any time") : QString());
 }
 
 OptionWindowController::OptionWindowController(QWidget* parent)

@@ -51,17 +51,20 @@ class OptionTextTest : public QObject {
     row("all units", {1, 2, 1, 30}, kBlankExtra, kBlankOffset,
         u"Repeats every 1 month, 2 days, 1 hour and 30 minutes. Alerts at its date.");
     row("two days", kBlankInterval, onDays({1, 3}), kBlankOffset,
-        u"Does not repeat. Alerts only on Mon and Wed at its date.");
+        u"Does not repeat. Alerts at its date, only on Mon and Wed.");
     row("window and notice", {0, 1, 0, 0}, between({9, 0, 17, 30}), {1, 0, 5},
-        u"Repeats every day. Alerts between 09:00 and 17:30 1 day and 5 minutes before its date.");
+        u"Repeats every day. Alerts 1 day and 5 minutes before its date, only between 09:00 and "
+        u"17:30.");
     row("equal times are no window", {0, 1, 0, 0}, between({9, 5, 9, 5}), kBlankOffset,
         u"Repeats every day. Alerts at its date.");
+    row("days and window", kBlankInterval, onDays({0, 1, 6}, {9, 0, 17, 0}), kBlankOffset,
+        u"Does not repeat. Alerts at its date, only on Sun, Mon and Sat between 09:00 and 17:00.");
     row("no day", {0, 1, 0, 0}, onDays({}), kBlankOffset,
         u"Repeats every day. Never alerts: no day of the week is chosen.");
     row("across midnight", kBlankInterval, between({22, 0, 6, 0}), kBlankOffset,
         u"Does not repeat. Never alerts: the time of day ends (06:00) before it begins (22:00).");
     row("a stored time that no clock shows", kBlankInterval, between({9, 0, 24, 0}), kBlankOffset,
-        u"Does not repeat. Alerts between 09:00 and 24:00 at its date.");
+        u"Does not repeat. Alerts at its date, only between 09:00 and 24:00.");
   }
   void optionsAreSaidInWords() {
     QFETCH(Interval, interval);

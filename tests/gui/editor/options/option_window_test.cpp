@@ -307,7 +307,7 @@ class OptionWindowTest : public QObject {
     click(day(1));
     QVERIFY(summary().contains(u"Mon, Tue, Wed, Thu, Fri and Sat"));
     choose(pop("hourBeforePop"), 2);
-    QVERIFY(summary().endsWith(u"2 hours before its date."));
+    QVERIFY(summary().contains(u"2 hours before its date"));
   }
 
   void itOpensOverItsEditorAndBlocksNoOther() {
