@@ -305,11 +305,10 @@ class ReminderWindowTest : public QObject {
   void theTaskButtonHasAKey() {
     ReminderWindowFixture desk;
     desk.openEditing();
-    for (const char* title : {"Add Task+", "Add Task+"}) {
-      QTest::keyClick(desk.panel()->windowHandle(), Qt::Key_T, Qt::AltModifier);
-      QCOMPARE(desk.button("taskButton")->text(), QLatin1String(title));
-    }
-    QVERIFY(desk.panel()->findChild<TaskWindowController*>());
+    QTest::keyClick(desk.panel()->windowHandle(), Qt::Key_T, Qt::AltModifier);
+    QTRY_COMPARE(desk.button("taskButton")->text(), QStringLiteral("Add Task+"));
+    QTest::keyClick(desk.panel()->windowHandle(), Qt::Key_T, Qt::AltModifier);
+    QTRY_VERIFY(desk.panel()->findChild<TaskWindowController*>());
   }
 
   void aReminderIsDroppedWithItsWindowsOpen() {
