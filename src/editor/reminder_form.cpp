@@ -11,13 +11,13 @@ namespace tockwise {
 namespace {
 
 /// Between the text and the edge of its view, in pixels.
-constexpr double kTextMargin = 10;
+constexpr double kTextMargin = 12;
 
 /// The window's first size, in widths and heights of a letter, so that it follows the font.
 QSize comfortableSize(DatePicker::Style style, const QFontMetrics& metrics) {
   const bool graphical = style == DatePicker::Style::Graphical;
-  return {metrics.averageCharWidth() * (graphical ? 120 : 88),
-          metrics.lineSpacing() * (graphical ? 30 : 27)};
+  return {metrics.averageCharWidth() * (graphical ? 124 : 92),
+          metrics.lineSpacing() * (graphical ? 31 : 29)};
 }
 
 } // namespace
@@ -55,6 +55,7 @@ template <class Ui> void ReminderForm::load() {
 }
 
 void ReminderForm::arrange(DatePicker::Style style) {
+  reminderTextView->document()->setDocumentMargin(kTextMargin);
   formattingBar->setView(reminderTextView);
   textRuler->setView(reminderTextView);
   reminderDate->setStyle(style);

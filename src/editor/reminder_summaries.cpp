@@ -9,9 +9,9 @@ namespace {
 QString typeInWords(qint64 type) {
   switch (type) {
   case Task::WebAddress:
-    return QStringLiteral("Web address");
+    return QStringLiteral("Web Address");
   case Task::Media:
-    return QStringLiteral("Media file");
+    return QStringLiteral("Media File");
   case Task::Document:
     return QStringLiteral("Document");
   case Task::Application:

@@ -9,7 +9,7 @@ namespace tockwise {
 /// "Does not repeat", "Repeats every week on Mon and Tue between 09:00 and 17:00, 1 hour before".
 QString repeatSummary(const Interval& interval, const Extra& extra, const Offset& offset);
 
-/// "No task", "Document: plan.odt", "Web address: example.org". One line of plain text, of any
+/// "No task", "Document: plan.odt", "Web Address: example.org". One line of plain text, of any
 /// length.
 QString taskSummary(const Task& task);
 

@@ -50,7 +50,7 @@ QColor TonedLabel::color() const {
 void TonedLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setPen(color());
-  const QRect area = contentsRect();
+  const QRect area = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
   const int alignment = int(QStyle::visualAlignment(layoutDirection(), this->alignment()));
   if (wordWrap()) {
     painter.drawText(area, alignment | Qt::TextWordWrap, text());

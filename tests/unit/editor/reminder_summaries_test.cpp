@@ -27,8 +27,8 @@ class ReminderSummariesTest : public QObject {
     const auto row = [](qint64 type, const char* path, const char* summary) {
       QTest::newRow(summary) << type << QString::fromLatin1(path) << QString::fromLatin1(summary);
     };
-    row(Task::WebAddress, "example.org/tea", "Web address: example.org/tea");
-    row(Task::Media, "/m/a.mp3", "Media file: a.mp3");
+    row(Task::WebAddress, "example.org/tea", "Web Address: example.org/tea");
+    row(Task::Media, "/m/a.mp3", "Media File: a.mp3");
     row(Task::Document, "/d/a b.odt", "Document: a b.odt");
     row(Task::Application, "org.example.App", "Application: org.example.App");
     row(Task::Script, "/s/a\nb.sh", "Script: a b.sh");

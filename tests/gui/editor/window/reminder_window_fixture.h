@@ -9,6 +9,7 @@
 #include "richtext/qs_text_view.h"
 #include "store/archive/text_archive.h"
 #include "support/fakes.h"
+#include "support/test_environment.h"
 
 #include <QCheckBox>
 #include <QPushButton>
@@ -24,6 +25,7 @@ inline constexpr int kYes = 0;
 inline constexpr int kNo = 1;
 
 struct ReminderWindowFixture {
+  TestEnvironment environment;
   MemorySettings settings{
       {{QStringLiteral("quickRemindMenuArray"),
         Value(Value::Array{Value(QStringLiteral("5 Minutes")), Value(QStringLiteral("1 Days")),

@@ -1,6 +1,9 @@
+#include "editor/option_window_controller.h"
+#include "editor/task_window_controller.h"
 #include "reminder_window_fixture.h"
 
-#include <QAbstractItemView>
+#include <QLineEdit>
+#include <QPointer>
 #include <QTextDocument>
 #include <QWindow>
 
@@ -235,6 +238,87 @@ class ReminderWindowTest : public QObject {
     const QSize smallest = desk.panel()->minimumSizeHint();
     QVERIFY2(smallest.width() <= 1100 && smallest.height() <= 680,
              qPrintable(QStringLiteral("%1 x %2").arg(smallest.width()).arg(smallest.height())));
+  }
+
+  void optionsAreTakenWithOK() {
+    ReminderWindowFixture desk;
+    desk.openEditing();
+    desk.click("optionsButton");
+    const QPointer<OptionWindowController> options =
+        desk.panel()->findChild<OptionWindowController*>();
+    QTRY_VERIFY(options && options->isVisible());
+    QVERIFY(options->reminderInterval() == (Interval{0, 7, 0, 0}));
+    options->repeatIntervalPopAction(5);
+    options->OK();
+    QVERIFY(desk.controller->reminderInterval() == (Interval{1, 0, 0, 0}));
+    QVERIFY(desk.controller->reminderOffset() == (Offset{0, 1, 0}));
+    QVERIFY(
+        desk.line("repeatLine")->text().startsWith(QStringLiteral("Repeats every month on Mon")));
+    QVERIFY(desk.controller->isChanged());
+    QTRY_VERIFY(!options);
+  }
+
+  void closingTheOptionsKeepsTheRule() {
+    ReminderWindowFixture desk;
+    desk.openEditing();
+    desk.click("optionsButton");
+    const QPointer<OptionWindowController> options =
+        desk.panel()->findChild<OptionWindowController*>();
+    QTRY_VERIFY(options && options->isVisible());
+    options->repeatIntervalPopAction(0);
+    options->close();
+    QVERIFY(desk.controller->reminderInterval() == (Interval{0, 7, 0, 0}));
+    QVERIFY(!desk.controller->isChanged());
+    QTRY_VERIFY(!options);
+  }
+
+  void aTaskIsAddedFromItsWindow() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    desk.click("taskButton");
+    const QPointer<TaskWindowController> window = desk.panel()->findChild<TaskWindowController*>();
+    QTRY_VERIFY(window && window->isVisible());
+    auto* path = window->findChild<QLineEdit*>(QStringLiteral("pathField"));
+    path->setText(QStringLiteral("example.org"));
+    window->addTaskAction();
+    QVERIFY(desk.controller->reminderTask() ==
+            (Task{false, Task::WebAddress, QStringLiteral("example.org")}));
+    QCOMPARE(desk.button("taskButton")->text(), QStringLiteral("Remove Task"));
+    QCOMPARE(desk.line("taskLine")->text(), QStringLiteral("Web Address: example.org"));
+    QTRY_VERIFY(!window);
+  }
+
+  void closingTheTaskWindowLeavesTheTaskBlank() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    desk.click("taskButton");
+    const QPointer<TaskWindowController> window = desk.panel()->findChild<TaskWindowController*>();
+    QTRY_VERIFY(window && window->isVisible());
+    window->findChild<QLineEdit*>(QStringLiteral("pathField"))->setText(QStringLiteral("x"));
+    window->close();
+    QVERIFY(desk.controller->reminderTask() == Task{});
+    QCOMPARE(desk.button("taskButton")->text(), QStringLiteral("Add Task+"));
+    QVERIFY(!desk.controller->isChanged());
+    QTRY_VERIFY(!window);
+  }
+
+  void theTaskButtonHasAKey() {
+    ReminderWindowFixture desk;
+    desk.openEditing();
+    QTest::keyClick(desk.panel()->windowHandle(), Qt::Key_T, Qt::AltModifier);
+    QTRY_COMPARE(desk.button("taskButton")->text(), QStringLiteral("Add Task+"));
+    QTest::keyClick(desk.panel()->windowHandle(), Qt::Key_T, Qt::AltModifier);
+    QTRY_VERIFY(desk.panel()->findChild<TaskWindowController*>());
+  }
+
+  void aReminderIsDroppedWithItsWindowsOpen() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    desk.click("taskButton");
+    const QPointer<TaskWindowController> window = desk.panel()->findChild<TaskWindowController*>();
+    QTRY_VERIFY(window && window->isVisible());
+    desk.controller.reset();
+    QVERIFY(!window);
   }
 
   void chosenLinksAreOpened() {
