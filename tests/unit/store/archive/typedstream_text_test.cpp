@@ -2,6 +2,7 @@
 #include "store/archive/archive_values.h"
 #include "store/archive/file_wrapper.h"
 #include "store/archive/typedstream.h"
+#include "support/archive_json.h"
 #include "support/old_archives.h"
 
 #include <QFile>
@@ -80,6 +81,20 @@ class TypedstreamTextTest : public QObject {
     const TextAttachment& attachment = *text.runs[6].attributes.attachment;
     QCOMPARE(attachment.name, QStringLiteral("dot.png"));
     QVERIFY(attachment.contents.startsWith("\x89PNG"));
+  }
+
+  void aTextStorageReadsAsItsJsonSays() {
+    const QStringList paths = archiveFixtures(QStringLiteral("typedstream-synthetic"),
+                                              QStringLiteral("*textstorage*.bin"));
+    QVERIFY(paths.size() >= 2);
+    for (const QString& path : paths) {
+      const auto read = readTypedstreamText(readFixture(path));
+      QVERIFY(read.ok());
+      const Value expected = expectedOf(path);
+      QCOMPARE(difference(describeExpected(*expected.find(u"root")->find(u"$attributed")),
+                          describe(read->text)),
+               QString());
+    }
   }
 
   void aConvertedTextReadsTheSame() {

@@ -1,8 +1,8 @@
 // Older archives as trees: every sample reads as its JSON says, and what is damaged is refused.
+#include "support/archive_json.h"
 #include "support/typedstream_json.h"
 
-#include <QDir>
-#include <QFile>
+#include <QFileInfo>
 #include <QTest>
 
 using namespace tockwise;
@@ -10,17 +10,9 @@ using namespace tockwise::typedstream;
 
 namespace {
 
-const QString kArchives = QStringLiteral(TOCKWISE_TEST_DATA "/archives/");
-
-QByteArray contents(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 void addSamples(const QString& folder, const QString& pattern) {
-  const QDir directory(folder);
-  for (const QString& name : directory.entryList({pattern}, QDir::Files))
-    QTest::newRow(qPrintable(name)) << directory.filePath(name);
+  for (const QString& path : archiveFixtures(folder, pattern))
+    QTest::newRow(qPrintable(QFileInfo(path).fileName())) << path;
 }
 
 // An archive of one object, which the given bytes describe.
@@ -53,28 +45,25 @@ class TypedstreamTreeTest : public QObject {
  private Q_SLOTS:
   void aSampleReadsAsItsJsonSays_data() {
     QTest::addColumn<QString>("path");
-    addSamples(kArchives + QStringLiteral("typedstream-synthetic"), QStringLiteral("*.bin"));
-#ifdef TOCKWISE_GENUINE_FIXTURES
-    addSamples(QStringLiteral(TOCKWISE_GENUINE_FIXTURES "/typedstream-genuine"),
-               QStringLiteral("*.bin"));
-#endif
+    addSamples(QStringLiteral("typedstream-synthetic"), QStringLiteral("*.bin"));
+    addSamples(QStringLiteral("typedstream-genuine"), QStringLiteral("*.bin"));
   }
   void aSampleReadsAsItsJsonSays() {
     QFETCH(QString, path);
-    const auto tree = Tree::read(contents(path));
+    const auto tree = Tree::read(readFixture(path));
     QVERIFY2(tree.ok(), tree ? "" : qPrintable(tree.error().message));
-    const QString expected = QString::fromUtf8(contents(path + QStringLiteral(".json")));
+    const QString expected = QString::fromUtf8(readFixture(path + QStringLiteral(".json")));
     QVERIFY(!expected.isEmpty());
     QCOMPARE(typedstreamJson(*tree), comparableTypedstreamJson(expected));
   }
 
   void hostileSamplesAreRefused_data() {
     QTest::addColumn<QString>("path");
-    addSamples(kArchives + QStringLiteral("hostile"), QStringLiteral("ts_*.bin"));
+    addSamples(QStringLiteral("hostile"), QStringLiteral("ts_*.bin"));
   }
   void hostileSamplesAreRefused() {
     QFETCH(QString, path);
-    const QByteArray archive = contents(path);
+    const QByteArray archive = readFixture(path);
     QVERIFY(!archive.isEmpty());
     const auto tree = Tree::read(archive);
     QVERIFY(!tree.ok());
@@ -83,8 +72,9 @@ class TypedstreamTreeTest : public QObject {
   }
 
   void everyCutOfASampleIsRefused() {
-    const QByteArray whole =
-        contents(kArchives + QStringLiteral("typedstream-synthetic/ts_synth_textstorage_le.bin"));
+    const QByteArray whole = readFixture(
+        archiveFixtures(QStringLiteral("typedstream-synthetic"), QStringLiteral("*storage_le.bin"))
+            .value(0));
     QVERIFY(Tree::read(whole).ok());
     constexpr qsizetype header = 16; // alone it is an archive of nothing
     for (qsizetype size = 0; size < whole.size(); ++size)
