@@ -45,6 +45,7 @@ void ReminderWindowController::Private::windowDidLoad() {
     form.createButton->setText(QStringLiteral("Sa&ve"));
     form.createButton->setAccessibleName(QStringLiteral("Save"));
   }
+  form.reminderDate->setClock(surroundings.clock);
   form.reminderDate->setDate(opened.reminderDate);
   showText();
   form.textRuler->setVisible(surroundings.settings.boolean(QStringLiteral("showRuler")));
