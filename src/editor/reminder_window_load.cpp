@@ -130,8 +130,13 @@ void ReminderWindowController::Private::connectText() {
     form.noticeLine->show();
   });
   connect(view, &QSTextView::loadingChanged, &q, [this](bool loading) {
-    if (!loading && std::exchange(createsWhenRead, false))
-      createReminder();
+    if (loading || !createsWhenRead)
+      return;
+    // In the next turn: a picture that is refused is told of in this one.
+    QTimer::singleShot(0, &q, [this] {
+      if (std::exchange(createsWhenRead, false))
+        createReminder();
+    });
   });
 }
 
