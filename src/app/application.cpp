@@ -7,6 +7,7 @@
 #include "base/log.h"
 #include "menu/ui/clock_icon.h"
 #include "platform/canberra_sound_player.h"
+#include "platform/clipboard_pasteboard.h"
 #include "platform/logind_power_events.h"
 #include "platform/message_prompter.h"
 #include "platform/time/timerfd_wake_timer.h"
@@ -94,7 +95,8 @@ std::optional<Result<std::unique_ptr<ReminderStore>>> openStore(const Clock& clo
 
 Ports linuxPorts() {
   return {std::make_unique<MessagePrompter>(), std::make_unique<CanberraSoundPlayer>(),
-          std::make_unique<LogindPowerEvents>(), std::make_unique<TimerfdWakeTimer>()};
+          std::make_unique<LogindPowerEvents>(), std::make_unique<TimerfdWakeTimer>(),
+          std::make_unique<ClipboardPasteboard>()};
 }
 
 // Qt ends the program with a core dump where it finds no display.

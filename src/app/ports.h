@@ -1,6 +1,7 @@
 // What the application is given of the desktop.
 #pragma once
 
+#include "ports/pasteboard.h"
 #include "ports/power_events.h"
 #include "ports/prompter.h"
 #include "ports/sound_player.h"
@@ -15,6 +16,7 @@ struct Ports {
   std::unique_ptr<SoundPlayer> soundPlayer;
   std::unique_ptr<PowerEvents> powerEvents;
   std::unique_ptr<WakeTimer> wakeTimer;
+  std::unique_ptr<Pasteboard> pasteboard;
 };
 
 } // namespace tockwise
