@@ -12,10 +12,12 @@ struct WeightName {
   int weight;
   const char16_t* name;
 };
+// Those that bold or not does not say.
 constexpr WeightName kWeightNames[] = {
-    {QFont::Thin, u"Thin"},     {QFont::ExtraLight, u"ExtraLight"}, {QFont::Light, u"Light"},
-    {QFont::Medium, u"Medium"}, {QFont::DemiBold, u"Semibold"},     {QFont::ExtraBold, u"ExtraBold"},
-    {QFont::Black, u"Black"},
+    {QFont::Thin, u"Thin"},
+    {QFont::ExtraLight, u"ExtraLight"},
+    {QFont::Light, u"Light"},
+    {QFont::Medium, u"Medium"},
 };
 
 } // namespace
@@ -24,7 +26,7 @@ QString visibleFamily(const QString& postScriptName) {
   const FontTraits traits = fontTraits(postScriptName);
   for (const WeightName& each : kWeightNames) {
     if (traits.weight == each.weight)
-      return traits.family + u' ' + QStringView(each.name);
+      return QStringLiteral("%1 %2").arg(traits.family, QStringView(each.name));
   }
   return traits.family.isEmpty() ? postScriptName : traits.family;
 }
@@ -43,7 +45,8 @@ int weightOfFont(const QString& postScriptName) {
 
 QString fontNameFor(const QString& stated, int weight, bool italic) {
   FontTraits traits = fontTraits(stated);
-  if (!stated.contains(u' ') && traits.weight == weight && traits.italic == italic)
+  const bool isFamily = stated == traits.family || stated.contains(u' ');
+  if (!isFamily && traits.weight == weight && traits.italic == italic)
     return stated;
   traits.weight = weight;
   traits.italic = italic;

@@ -5,8 +5,7 @@
 
 namespace tockwise {
 
-/// What a format that states only part of a font gets for the rest.
-inline constexpr char16_t kPlainFontName[] = u"Helvetica";
+/// What a format that states a font without its size gets.
 inline constexpr double kPlainFontSize = 12; // points
 inline constexpr double kSmallestFontSize = 0.5;
 inline constexpr double kLargestFontSize = 2000;

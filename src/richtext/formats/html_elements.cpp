@@ -157,6 +157,11 @@ HtmlElementKind htmlElementKind(const QString& name) {
 }
 
 bool htmlElementEnds(const QString& open, const QString& next) {
+  if (open == u"head") {
+    static const QStringView kInHead[] = {u"title", u"style",    u"script",
+                                          u"noscript", u"template", u"object"};
+    return std::find(std::begin(kInHead), std::end(kInHead), next) == std::end(kInHead);
+  }
   if (open == u"p") {
     const Kind kind = htmlElementKind(next);
     return kind == Kind::Block || kind == Kind::Row || kind == Kind::Cell;

@@ -82,8 +82,7 @@ class HtmlReader {
     const HtmlElementKind kind = htmlElementKind(tag.name);
     if (kind == HtmlElementKind::Void)
       return startVoid(tag);
-    if (kind != HtmlElementKind::Inline)
-      closeWhatEndsBefore(tag.name);
+    closeWhatEndsBefore(tag.name);
     if (m_open.size() >= kDeepest) {
       ++m_unopened[tag.name];
       if (kind == HtmlElementKind::Block || kind == HtmlElementKind::Row)
@@ -158,7 +157,9 @@ class HtmlReader {
   }
 
   void closeWhatEndsBefore(const QString& next) {
-    for (size_t i = m_open.size(); i > 0; --i) {
+    constexpr size_t kLookedThrough = 32;
+    const size_t last = m_open.size() > kLookedThrough ? m_open.size() - kLookedThrough : 0;
+    for (size_t i = m_open.size(); i > last; --i) {
       const QString& open = m_open[i - 1].name;
       if (htmlElementEnds(open, next))
         return closeFrom(i - 1);

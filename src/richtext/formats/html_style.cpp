@@ -98,7 +98,7 @@ void applyLineHeightRule(QStringView value, HtmlStyle& style) {
 }
 
 void applyTabStops(QStringView value, HtmlStyle& style) {
-  constexpr size_t kMostTabs = 100;
+  constexpr size_t kMostTabs = 32;
   std::vector<TextTab> tabs;
   TextAlignment alignment = TextAlignment::Left;
   for (const QStringView word : wordsOf(value)) {

@@ -2,6 +2,8 @@
 
 #include "richtext/formats/format_fonts.h"
 
+#include <QStringList>
+
 #include <cmath>
 
 namespace tockwise {

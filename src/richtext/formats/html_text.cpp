@@ -2,6 +2,8 @@
 
 #include "richtext/formats/format_fonts.h"
 #include "richtext/formats/links.h"
+#include "richtext/formats/text_limits.h"
+#include "richtext/text_fonts.h"
 
 #include <algorithm>
 #include <utility>
@@ -43,9 +45,9 @@ QString familyOf(const QStringList& families) {
     if (family == u"monospace")
       return QStringLiteral("Courier");
     if (family != u"inherit" && family != u"system-ui" && !family.startsWith(u"-apple"))
-      return family == u"sans-serif" ? QString::fromUtf16(kPlainFontName) : family;
+      return family == u"sans-serif" ? kDefaultFontName.toString() : family;
   }
-  return QString::fromUtf16(kPlainFontName);
+  return kDefaultFontName.toString();
 }
 
 } // namespace
@@ -89,7 +91,7 @@ void HtmlText::flushPending() {
   if (m_pending != Pending::Nothing) {
     const bool isFeed = m_pending == Pending::LineFeed;
     m_lineAttributes.paragraph = m_lineStyle;
-    m_text.append(isFeed ? QStringLiteral("\n") : QStringLiteral("\t"), m_lineAttributes);
+    appendLimited(m_text, isFeed ? QStringLiteral("\n") : QStringLiteral("\t"), m_lineAttributes);
     m_hasSpace = false;
     if (isFeed)
       m_lineHasContent = false;
@@ -109,15 +111,15 @@ void HtmlText::put(const QString& text, const TextAttributes& attributes, const 
     TextAttributes plain = all;
     plain.link.reset();
     plain.attachment.reset();
-    m_text.append(m_marker, plain);
+    appendLimited(m_text, m_marker, plain);
     m_marker.clear();
   }
   if (m_hasSpace) {
     m_spaceAttributes.paragraph = m_lineStyle;
-    m_text.append(QStringLiteral(" "), m_spaceAttributes);
+    appendLimited(m_text, QStringLiteral(" "), m_spaceAttributes);
     m_hasSpace = false;
   }
-  m_text.append(text, all);
+  appendLimited(m_text, text, all);
   m_lineHasContent = m_cellHasContent = m_rowHasContent = true;
   m_lineAttributes = std::move(all);
   m_lineAttributes.link.reset();
