@@ -7,6 +7,8 @@
 #include "dates/calendar.h"
 #include "dates/date_text.h"
 #include "menu/status_menu.h"
+#include "richtext/rich_runs.h"
+#include "richtext/text_document.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -36,10 +38,10 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
     : QObject(parent),
       m_store(std::move(store)),
       m_ports(std::move(ports)),
-      m_richTitles([](const QByteArray&) { return std::optional<RichText>(); }),
+      m_richTitles(unarchiveRuns),
       m_sounds(m_store->preferences(), *m_ports.soundPlayer, AlertSounds::standardFolders(),
                AlertSounds::systemRandom()),
-      m_alerts(m_store->queue(), m_sounds, *m_ports.prompter),
+      m_alerts(m_store->queue(), m_sounds, *m_ports.prompter, loadArchivedText),
       m_removeReminder(m_store->queue(), *m_ports.prompter, m_alerts,
                        [this](const QString& uuid) { return m_store->removeReminder(uuid); }),
       m_quitQuestion(*m_ports.prompter, m_alerts, [] { return qint64(0); }),

@@ -247,10 +247,18 @@ quint64 Reader::uid(Ref ref) const {
   return number(m_objects[ref.index].offset, int(m_objects[ref.index].size));
 }
 
+bool Reader::isString(Ref ref, QStringView wanted) const {
+  const Object& object = m_objects[ref.index];
+  if (object.kind != Kind::String || qsizetype(object.size) != wanted.size())
+    return false;
+  if (object.wide)
+    return string(ref) == wanted;
+  return QLatin1StringView(m_bytes.constData() + object.offset, wanted.size()) == wanted;
+}
+
 std::optional<Ref> Reader::find(Ref dictionary, QStringView wanted) const {
   for (qsizetype i = 0; i < count(dictionary); ++i) {
-    const Ref name = key(dictionary, i);
-    if (kind(name) == Kind::String && string(name) == wanted)
+    if (isString(key(dictionary, i), wanted))
       return valueAt(dictionary, i);
   }
   return std::nullopt;

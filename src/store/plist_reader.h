@@ -56,6 +56,8 @@ class Reader {
   /// A copy of the bytes.
   QByteArray data(Ref ref) const;
   QString string(Ref ref) const;
+  /// Whether the object, of any kind, is that string.
+  bool isString(Ref ref, QStringView wanted) const;
   quint64 uid(Ref ref) const;
   /// Elements of an array, pairs of a dictionary.
   qsizetype count(Ref ref) const { return qsizetype(m_objects[ref.index].size); }

@@ -9,6 +9,7 @@ namespace tockwise::plist {
 namespace {
 
 constexpr qsizetype kSmallContainer = 16; // references; larger ones are hardly ever equal
+constexpr qsizetype kSmallData = 64;      // bytes; the same
 
 int bytesFor(quint64 largest) {
   int size = 1;
@@ -95,7 +96,7 @@ Writer::Object Writer::data(QByteArrayView bytes) {
   QByteArray encoded;
   appendMarker(encoded, 0x40, quint64(bytes.size()));
   encoded.append(bytes);
-  if (!bytes.isEmpty())
+  if (bytes.size() > kSmallData)
     return scalar(encoded);
   const auto known = m_known.constFind(encoded);
   return known != m_known.cend() ? *known : *m_known.insert(encoded, scalar(encoded));
