@@ -11,7 +11,6 @@
 #include "richtext/text_document.h"
 
 #include <QCoreApplication>
-#include <QDesktopServices>
 #include <QJsonObject>
 
 #include <chrono>
@@ -47,6 +46,8 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
       m_quitQuestion(*m_ports.prompter, m_alerts, [] { return qint64(0); }),
       m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter,
              [this] { m_store->saveDefaults(); }),
+      m_tasks(*m_ports.workspace, *m_ports.scriptHost),
+      m_runningScripts(*m_ports.scriptHost, m_store->clock()),
       m_firing(m_store->queue(), m_store->preferences(), m_store->clock(), *this),
       m_tick(m_store->queue(), m_firing, m_store->clock(), tickActions()),
       m_tickTimer(m_tick, *m_ports.wakeTimer, *m_ports.powerEvents, m_store->clock()),
@@ -75,8 +76,9 @@ void AppController::connectAll() {
   connect(&m_alerts, &AlertWindows::closed, this, &AppController::alertClosed);
   connect(&m_alerts, &AlertWindows::countChanged, this, &AppController::showState);
   connect(&m_alerts, &AlertWindows::remindAgainRequested, this, &AppController::remindAgain);
-  connect(&m_alerts, &AlertWindows::linkChosen, this,
-          [](const QUrl& address) { QDesktopServices::openUrl(address); });
+  connect(&m_alerts, &AlertWindows::linkChosen, this, [this](const QUrl& address) {
+    m_ports.workspace->openURL(address.toString(QUrl::FullyEncoded));
+  });
   connect(&m_tickTimer, &TickTimer::ticked, this, &AppController::showState);
   connect(&m_storeWatch, &StoreWatch::changed, &m_tickTimer, &TickTimer::poke);
   // Queued: a panel waits for the answer to its click, and a question may stay open for long.
@@ -271,13 +273,13 @@ void AppController::remindAgain(const RemindAgainRequest& request) {
   changed();
 }
 
-// Tasks, mail and text messages have no subsystem yet: firing goes on to the alert, which shows
-// what the reminder itself is set to send.
+// What became of it is in the log.
 void AppController::doTask(const Task& task) {
-  if (!task.blank)
-    logLine(QStringLiteral("This version opens no tasks: %1").arg(task.path));
+  m_tasks.doTask(task);
 }
 
+// Mail and text messages have no subsystem yet: firing goes on to the alert, which shows what the
+// reminder itself is set to send.
 void AppController::sendEmailWithSubject(const QString&, const QString&) {
   logLine(QStringLiteral("This version sends no e-mail"));
 }

@@ -10,7 +10,9 @@
 #include "app/no_tray_hint.h"
 #include "app/ports.h"
 #include "app/store_watch.h"
+#include "editor/running_scripts_window.h"
 #include "engine/firing.h"
+#include "engine/task_runner.h"
 #include "engine/tick.h"
 #include "engine/tick_timer.h"
 #include "menu/menu_item.h"
@@ -89,6 +91,8 @@ class AppController final : public QObject, private FiringActions {
   RemoveReminder m_removeReminder;
   QuitQuestion m_quitQuestion;
   QueueSort m_sort;
+  TaskRunner m_tasks;
+  RunningScriptsWindow m_runningScripts;
   Firing m_firing;
   Tick m_tick;
   TickTimer m_tickTimer;

@@ -3,8 +3,10 @@
 
 #include "ports/power_events.h"
 #include "ports/prompter.h"
+#include "ports/script_host.h"
 #include "ports/sound_player.h"
 #include "ports/wake_timer.h"
+#include "ports/workspace.h"
 
 #include <memory>
 
@@ -15,6 +17,8 @@ struct Ports {
   std::unique_ptr<SoundPlayer> soundPlayer;
   std::unique_ptr<PowerEvents> powerEvents;
   std::unique_ptr<WakeTimer> wakeTimer;
+  std::unique_ptr<Workspace> workspace;
+  std::unique_ptr<ScriptHost> scriptHost;
 };
 
 } // namespace tockwise
