@@ -12,7 +12,6 @@
 #include "richtext/text_document.h"
 
 #include <QCoreApplication>
-#include <QDesktopServices>
 
 #include <chrono>
 
@@ -30,8 +29,11 @@ std::vector<OpenAlert> openAlerts(const AlertWindows& alerts) {
   return open;
 }
 
-void openAddress(const QUrl& address) {
-  QDesktopServices::openUrl(address);
+/// The desktop outlives what opens addresses with it.
+std::function<void(const QUrl&)> openingAddresses(Workspace& workspace) {
+  return [&workspace](const QUrl& address) {
+    workspace.openURL(address.toString(QUrl::FullyEncoded));
+  };
 }
 
 } // namespace
@@ -51,9 +53,12 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
                     {[this] { m_alerts.hideAllCurrentAlerts(); },
                      [this] { m_alerts.showAllCurrentAlerts(); }}),
       m_editing(*m_store, DraftStore(DraftStore::folderOfUser()),
-                {m_store->preferences(), *m_ports.prompter, m_store->clock(), openAddress}),
+                {m_store->preferences(), *m_ports.prompter, m_store->clock(),
+                 openingAddresses(*m_ports.workspace)}),
       m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter,
              [this] { m_store->saveDefaults(); }),
+      m_tasks(*m_ports.workspace, *m_ports.scriptHost),
+      m_runningScripts(*m_ports.scriptHost, m_store->clock()),
       m_firing(m_store->queue(), m_store->preferences(), m_store->clock(), *this),
       m_tick(m_store->queue(), m_firing, m_store->clock(), tickActions()),
       m_tickTimer(m_tick, *m_ports.wakeTimer, *m_ports.powerEvents, m_store->clock()),
@@ -82,7 +87,7 @@ void AppController::connectAll() {
   connect(&m_alerts, &AlertWindows::closed, this, &AppController::alertClosed);
   connect(&m_alerts, &AlertWindows::countChanged, this, &AppController::showState);
   connect(&m_alerts, &AlertWindows::remindAgainRequested, this, &AppController::remindAgain);
-  connect(&m_alerts, &AlertWindows::linkChosen, this, openAddress);
+  connect(&m_alerts, &AlertWindows::linkChosen, this, openingAddresses(*m_ports.workspace));
   connect(&m_editing, &ReminderEditing::changed, this, &AppController::dataChanged);
   connect(&m_tickTimer, &TickTimer::ticked, this, &AppController::showState);
   connect(&m_storeWatch, &StoreWatch::changed, &m_tickTimer, &TickTimer::poke);
@@ -232,13 +237,13 @@ void AppController::remindAgain(const RemindAgainRequest& request) {
                         request.emailState);
 }
 
-// Tasks, mail and text messages have no subsystem yet: firing goes on to the alert, which shows
-// what the reminder itself is set to send.
+// What became of it is in the log.
 void AppController::doTask(const Task& task) {
-  if (!task.blank)
-    logLine(QStringLiteral("This version opens no tasks: %1").arg(task.path));
+  m_tasks.doTask(task);
 }
 
+// Mail and text messages have no subsystem yet: firing goes on to the alert, which shows what the
+// reminder itself is set to send.
 void AppController::sendEmailWithSubject(const QString&, const QString&) {
   logLine(QStringLiteral("This version sends no e-mail"));
 }
