@@ -13,13 +13,13 @@ double luminance(const QColor& color) {
          0.0722 * linear(color.blueF());
 }
 
+} // namespace
+
 double contrast(const QColor& a, const QColor& b) {
   const double light = std::max(luminance(a), luminance(b));
   const double dark = std::min(luminance(a), luminance(b));
   return (light + 0.05) / (dark + 0.05);
 }
-
-} // namespace
 
 QColor mixed(const QColor& a, const QColor& b, double part) {
   const auto mix = [part](double x, double y) { return float(x * part + y * (1 - part)); };

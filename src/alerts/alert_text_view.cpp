@@ -1,5 +1,7 @@
 #include "alerts/alert_text_view.h"
 
+#include "alerts/alert_rich_text.h"
+
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -27,6 +29,10 @@ double typeScale(qsizetype length) {
   return 1.05;
 }
 
+// No picture is larger, in heights of a line.
+constexpr int kPictureWidth = 26;
+constexpr int kPictureHeight = 20;
+
 struct Link {
   qsizetype start;
   qsizetype length;
@@ -48,7 +54,7 @@ qsizetype trimmedLength(const QString& address) {
 
 QList<Link> linksIn(const QString& text) {
   static const QRegularExpression form(
-      QStringLiteral(R"((?:\b(?:https?|ftp)://|\bmailto:|\bwww\.)[^\s<>"]+)"),
+      QStringLiteral(R"((?:\bhttps?://|\bmailto:|\bwww\.)[^\s<>"]+)"),
       QRegularExpression::CaseInsensitiveOption);
   QList<Link> links;
   auto matches = form.globalMatch(text);
@@ -81,8 +87,15 @@ void AlertTextView::setReminderText(const QString& text) {
     type.setWeight(QFont::DemiBold);
   document()->setDefaultFont(type);
   setPlainText(text);
+  linkAddresses();
+}
+
+void AlertTextView::linkAddresses() {
   QTextCursor cursor(document());
-  for (const Link& link : linksIn(text)) {
+  for (const Link& link : linksIn(toPlainText())) {
+    cursor.setPosition(int(link.start) + 1);
+    if (cursor.charFormat().isAnchor())
+      continue;
     cursor.setPosition(int(link.start));
     cursor.setPosition(int(link.start + link.length), QTextCursor::KeepAnchor);
     QTextCharFormat format;
@@ -92,6 +105,17 @@ void AlertTextView::setReminderText(const QString& text) {
     format.setFontUnderline(true);
     cursor.mergeCharFormat(format);
   }
+}
+
+void AlertTextView::takeRichText() {
+  const int em = fontMetrics().height();
+  keepOpenableLinks(*document());
+  linkAddresses();
+  fitPictures(*document(), QSize(em * kPictureWidth, em * kPictureHeight));
+}
+
+void AlertTextView::followColours(const QPalette& look) {
+  recolour(*document(), look);
 }
 
 void AlertTextView::fitContents(int maximumHeight) {

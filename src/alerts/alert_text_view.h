@@ -16,6 +16,13 @@ class AlertTextView final : public QTextBrowser {
   /// A short text is set larger than a long one.
   void setReminderText(const QString& text);
 
+  /// To be called when a rich text was put into document(): links stay only where they may be
+  /// opened, addresses in the text become links, and pictures are made to fit.
+  void takeRichText();
+  /// Shows the text in the colours of that palette, wherever it has none of its own that can be
+  /// read there.
+  void followColours(const QPalette& look);
+
   /// Gives the view the size its contents ask for, at most maximumHeight pixels high. Called once
   /// when the contents are complete.
   void fitContents(int maximumHeight);
@@ -30,6 +37,8 @@ class AlertTextView final : public QTextBrowser {
   QVariant loadResource(int type, const QUrl& name) override;
 
  private:
+  void linkAddresses();
+
   QSize m_fitted{320, 80};
 };
 

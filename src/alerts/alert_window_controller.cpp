@@ -50,9 +50,8 @@ void AlertWindowController::windowDidLoad(const UnarchiveText& unarchive) {
   m_ui->reminderView->setReminderText(m_request.reminder);
   if (m_request.RTFData.isEmpty()) {
     logLine(QStringLiteral("No data to unarchive"));
-  } else if (unarchive && !unarchive(m_request.RTFData, *m_ui->reminderView->document())) {
-    logLine(QStringLiteral("Error: the rich text of the reminder can't be read"));
-    m_ui->reminderView->setReminderText(m_request.reminder);
+  } else if (unarchive) {
+    showRichText(unarchive);
   }
 
   const Calendar& calendar = Calendar::current();
@@ -70,10 +69,21 @@ void AlertWindowController::windowDidLoad(const UnarchiveText& unarchive) {
   m_ui->okButton->setFocus();
 }
 
+void AlertWindowController::showRichText(const UnarchiveText& unarchive) {
+  if (unarchive(m_request.RTFData, *m_ui->reminderView->document())) {
+    m_ui->reminderView->takeRichText();
+    m_ui->reminderView->followColours(palette());
+    return;
+  }
+  logLine(QStringLiteral("Error: the rich text of the reminder can't be read"));
+  m_ui->reminderView->setReminderText(m_request.reminder);
+}
+
 void AlertWindowController::applyLook() {
   const QPalette look = alertPalette(QApplication::palette());
   setPalette(look);
   setStyleSheet(alertStyleSheet(look));
+  m_ui->reminderView->followColours(look);
 }
 
 bool AlertWindowController::emailState() const {

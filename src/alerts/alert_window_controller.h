@@ -79,6 +79,7 @@ class AlertWindowController final : public QDialog {
 
  private:
   void windowDidLoad(const UnarchiveText& unarchive);
+  void showRichText(const UnarchiveText& unarchive);
   void applyLook();
 
   AlertRequest m_request;

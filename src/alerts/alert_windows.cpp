@@ -1,6 +1,7 @@
 #include "alerts/alert_windows.h"
 
 #include "alerts/alert_placement.h"
+#include "alerts/alert_rich_text.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -245,10 +246,7 @@ void AlertWindows::okAll() {
 }
 
 void AlertWindows::followLink(const QUrl& address) {
-  static const QStringList openable{QStringLiteral("http"),   QStringLiteral("https"),
-                                    QStringLiteral("mailto"), QStringLiteral("ftp"),
-                                    QStringLiteral("tel"),    QStringLiteral("file")};
-  if (address.isValid() && openable.contains(address.scheme()))
+  if (isOpenable(address))
     Q_EMIT linkChosen(address);
 }
 

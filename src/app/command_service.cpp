@@ -2,7 +2,9 @@
 
 #include "app/json.h"
 #include "app/reminder_options.h"
+#include "menu/menu_item.h"
 #include "prefs/setting_table.h"
+#include "richtext/rich_runs.h"
 
 namespace tockwise {
 namespace {
@@ -87,7 +89,8 @@ Result<QJsonObject> CommandService::show(const QString& which) const {
   if (!reminder)
     return reminder.error();
   QJsonObject object = reminderToJson(*reminder);
-  object.insert(QStringLiteral("richText"), QJsonValue::Null); // archives are not read yet
+  const std::optional<RichText> runs = unarchiveRuns(reminder->reminderRTFs);
+  object.insert(QStringLiteral("richText"), runs ? richTextToJson(*runs) : QJsonValue());
   return object;
 }
 

@@ -66,8 +66,7 @@ void ReminderForm::arrange(DatePicker::Style style) {
   const QFontMetrics metrics = panel->fontMetrics();
   reminderTextView->setMinimumSize(metrics.averageCharWidth() * 30, metrics.lineSpacing() * 4);
   const QSize screen = panel->screen()->availableSize() * 0.9;
-  panel->resize(
-      comfortableSize(style, metrics).expandedTo(panel->minimumSizeHint()).boundedTo(screen));
+  panel->resize(comfortableSize(style, metrics).expandedTo(panel->sizeHint()).boundedTo(screen));
 }
 
 } // namespace tockwise

@@ -29,12 +29,10 @@ bool asksBeforeCancelling(const Settings& settings) {
 
 void ReminderWindowController::Private::addTime(const QString& title) {
   form.reminderDate->setDate(surroundings.clock.now().plusSeconds(double(stringToSeconds(title))));
-  noteChange();
 }
 
 void ReminderWindowController::Private::setToMaximumDate() {
   form.reminderDate->setDate(kDistantFuture);
-  noteChange();
 }
 
 void ReminderWindowController::Private::showOptions() {

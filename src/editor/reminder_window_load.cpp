@@ -45,6 +45,7 @@ void ReminderWindowController::Private::windowDidLoad() {
     form.createButton->setText(QStringLiteral("Sa&ve"));
     form.createButton->setAccessibleName(QStringLiteral("Save"));
   }
+  form.reminderDate->setClock(surroundings.clock);
   form.reminderDate->setDate(opened.reminderDate);
   showText();
   form.textRuler->setVisible(surroundings.settings.boolean(QStringLiteral("showRuler")));
@@ -129,8 +130,13 @@ void ReminderWindowController::Private::connectText() {
     form.noticeLine->show();
   });
   connect(view, &QSTextView::loadingChanged, &q, [this](bool loading) {
-    if (!loading && std::exchange(createsWhenRead, false))
-      createReminder();
+    if (loading || !createsWhenRead)
+      return;
+    // In the next turn: a picture that is refused is told of in this one.
+    QTimer::singleShot(0, &q, [this] {
+      if (std::exchange(createsWhenRead, false))
+        createReminder();
+    });
   });
 }
 

@@ -51,7 +51,10 @@ void TonedLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setPen(color());
   const QRect area = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
-  const int alignment = int(QStyle::visualAlignment(layoutDirection(), this->alignment()));
+  const int alignment =
+      int(QStyle::visualAlignment(layoutDirection(), this->alignment()) | Qt::AlignAbsolute);
+  // The words decide in which direction they run, the window only where they stand.
+  painter.setLayoutDirection(text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
   if (wordWrap()) {
     painter.drawText(area, alignment | Qt::TextWordWrap, text());
     return;

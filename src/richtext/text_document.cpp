@@ -3,6 +3,7 @@
 #include "richtext/character_formats.h"
 #include "richtext/format_properties.h"
 #include "richtext/paragraph_formats.h"
+#include "store/archive/text_archive.h"
 
 #include <QTextBlock>
 #include <QTextOption>
@@ -167,6 +168,13 @@ void loadText(const AttributedText& text, QTextDocument& document) {
   cursor.endEditBlock();
   document.setUndoRedoEnabled(undo);
   document.setModified(false);
+}
+
+bool loadArchivedText(const QByteArray& archive, QTextDocument& document) {
+  const Result<AttributedText> text = unarchiveTextStorage(archive);
+  if (text)
+    loadText(text.value(), document);
+  return text.ok();
 }
 
 void insertText(QTextCursor& cursor, const AttributedText& text) {

@@ -20,6 +20,10 @@ namespace tockwise {
 /// Replaces the document's contents. Undo history and modified state start afresh. Main thread.
 void loadText(const AttributedText& text, QTextDocument& document);
 
+/// Loads the text of an archive whose root is a text storage; false, with the document left as it
+/// was, when it holds none. Main thread.
+bool loadArchivedText(const QByteArray& archive, QTextDocument& document);
+
 /// Inserts text at the cursor, over its selection, as one step of undo. Main thread.
 void insertText(QTextCursor& cursor, const AttributedText& text);
 

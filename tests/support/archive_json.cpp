@@ -184,8 +184,8 @@ QStringList archiveFixtures(const QString& folder, const QString& pattern) {
   QStringList paths;
   for (const char* root : {TOCKWISE_TEST_DATA "/archives", TOCKWISE_GENUINE_FIXTURES}) {
     const QDir there(QString::fromLocal8Bit(root) + u'/' + folder);
-    if (!*root || !there.exists())
-      continue;
+    if (!*root || !there.exists() || !paths.isEmpty())
+      continue; // what the tree has itself is not taken twice
     for (const QString& name : there.entryList({pattern}, QDir::Files, QDir::Name)) {
       if (there.exists(name + QStringLiteral(".json")))
         paths.append(there.filePath(name));

@@ -1,4 +1,5 @@
 // The subsystems connected: what happens to a reminder between the tick, the alert and the store.
+#include "app/alert_commands.h"
 #include "app/app_controller.h"
 #include "support/fakes.h"
 #include "support/test_environment.h"
@@ -87,7 +88,7 @@ class AppControllerTest : public QObject {
   void remindAgainComesBackInTenMinutes() {
     addDue("Tea", {{text("email"), true}});
     openAlerts(1);
-    QVERIFY(m_controller->alertCommand(text("again"), 1));
+    QVERIFY(alertCommand(m_controller->alerts(), text("again"), 1));
     openAlerts(0);
     QCOMPARE(textsOfQueue(), (QStringList{text("Tea"), text("Tea")}));
     const auto list = m_controller->commands().list();
@@ -159,7 +160,7 @@ class AppControllerTest : public QObject {
   void alertCommandsThatCannotBeDone() {
     QFETCH(QString, action);
     QFETCH(int, position);
-    const auto done = m_controller->alertCommand(action, position);
+    const auto done = alertCommand(m_controller->alerts(), action, position);
     QVERIFY(!done);
     QCOMPARE(done.error().kind, Error::Kind::NotFound);
   }
@@ -171,14 +172,14 @@ class AppControllerTest : public QObject {
     const auto shown = [this](int i) {
       return m_controller->alertsJson()[i].toObject()[text("shown")].toBool();
     };
-    QVERIFY(m_controller->alertCommand(text("hide"), 2));
+    QVERIFY(alertCommand(m_controller->alerts(), text("hide"), 2));
     QVERIFY(shown(0));
     QVERIFY(!shown(1));
-    QVERIFY(m_controller->alertCommand(text("hide"), 0));
+    QVERIFY(alertCommand(m_controller->alerts(), text("hide"), 0));
     QVERIFY(!shown(0));
-    QVERIFY(m_controller->alertCommand(text("show"), 0));
+    QVERIFY(alertCommand(m_controller->alerts(), text("show"), 0));
     QVERIFY(shown(0) && shown(1));
-    QVERIFY(m_controller->alertCommand(text("ok-all"), 0));
+    QVERIFY(alertCommand(m_controller->alerts(), text("ok-all"), 0));
     openAlerts(0);
   }
 

@@ -119,6 +119,17 @@ class QuickTimesTest : public QObject {
     QCOMPARE(desk.quickPop()->currentIndex(), 0);
   }
 
+  void typingFindsAQuickTime() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    QAbstractItemView* list = desk.quickPop()->view();
+    QTest::keyClick(desk.quickPop(), Qt::Key_5);
+    QTRY_VERIFY(list->isVisible());
+    QCOMPARE(desk.date()->date().seconds, kNow.seconds + 3600);
+    QTest::keyClick(list, Qt::Key_Return);
+    QTRY_COMPARE(desk.date()->date().seconds, kNow.seconds + 300);
+  }
+
   void keysOpenThePopUpBeforeTheyChoose() {
     ReminderWindowFixture desk;
     desk.openWritten();

@@ -2,6 +2,8 @@
 #include "reminder_window_fixture.h"
 
 #include <QApplication>
+#include <QFile>
+#include <QImage>
 #include <QTimer>
 #include <QWindow>
 
@@ -34,6 +36,40 @@ class ReminderWindowClosingTest : public QObject {
     desk.text()->textCursor().insertText(text);
     desk.click("createButton");
     QVERIFY(desk.prompter.asked.empty());
+    QVERIFY(!desk.isOpen());
+  }
+
+  void creatingWaitsForThePictureBeingRead() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    const QString path = desk.environment.path(QStringLiteral("a.png"));
+    QImage picture(20, 20, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QVERIFY(picture.save(path));
+    desk.text()->insertFiles({path});
+    QVERIFY(desk.text()->isLoading());
+    desk.click("createButton");
+    QVERIFY(desk.isOpen());
+    QTRY_VERIFY(!desk.isOpen());
+    QCOMPARE(desk.controller->reminderDescription(),
+             QStringLiteral("Tea") + QChar(AttributedText::kAttachmentCharacter));
+  }
+
+  void creatingStopsWhenThePictureIsRefused() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    const QString path = desk.environment.path(QStringLiteral("a.png"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("no picture") > 0);
+    file.close();
+    QSignalSpy refused(desk.text(), &QSTextView::refused);
+    desk.text()->insertFiles({path});
+    desk.click("createButton");
+    QTRY_COMPARE(refused.count(), 1);
+    QTRY_VERIFY(!desk.text()->isLoading());
+    QVERIFY(desk.isOpen());
+    QCOMPARE(desk.line("noticeLine")->tone(), TonedLabel::Tone::Warning);
+    desk.click("createButton");
     QVERIFY(!desk.isOpen());
   }
 

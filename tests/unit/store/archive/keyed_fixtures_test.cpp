@@ -130,8 +130,10 @@ class KeyedFixturesTest : public QObject {
   void anArchivedTextSurvivesBeingWrittenAgain() {
     QFETCH(QString, path);
     const auto text = unarchiveText(readFixture(path));
-    if (!text.ok())
-      QSKIP("no text");
+    if (!text.ok()) {
+      QVERIFY(!expectedOf(path).find(u"$attributed"));
+      return;
+    }
     const QByteArray once = archiveText(text->text);
     const auto again = unarchiveText(once);
     QVERIFY2(again.ok(), qPrintable(again.ok() ? QString() : again.error().message));
