@@ -233,8 +233,7 @@ void AppController::quitNow() {
 }
 
 void AppController::remindAgain(const RemindAgainRequest& request) {
-  m_editing.remindAgain(request.reminderMessage, request.reminderRTFData, request.smsState,
-                        request.emailState);
+  m_editing.remindAgain(request.reminderMessage, request.reminderRTFData);
 }
 
 // What became of it is in the log.
