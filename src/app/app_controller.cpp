@@ -7,6 +7,7 @@
 #include "base/log.h"
 #include "dates/calendar.h"
 #include "menu/status_menu.h"
+#include "richtext/copy_text.h"
 #include "richtext/rich_runs.h"
 #include "richtext/text_document.h"
 
@@ -201,7 +202,9 @@ void AppController::deleteMenuItem(const QString& reminderUUID) {
 }
 
 void AppController::copyMenuItem(const QString& reminderUUID) {
-  Q_UNUSED(reminderUUID); // filled in when the clipboard is there
+  const ReminderQueue& queue = m_store->queue();
+  if (const auto index = queue.indexOf(reminderUUID))
+    tockwise::copyMenuItem(queue->reminderRTFs.at(*index), *m_ports.pasteboard);
 }
 
 void AppController::showMenu() {
@@ -230,8 +233,7 @@ void AppController::quitNow() {
 }
 
 void AppController::remindAgain(const RemindAgainRequest& request) {
-  m_editing.remindAgain(request.reminderMessage, request.reminderRTFData, request.smsState,
-                        request.emailState);
+  m_editing.remindAgain(request.reminderMessage, request.reminderRTFData);
 }
 
 // What became of it is in the log.

@@ -7,6 +7,7 @@
 #include "base/log.h"
 #include "menu/ui/clock_icon.h"
 #include "platform/canberra_sound_player.h"
+#include "platform/clipboard_pasteboard.h"
 #include "platform/desktop_workspace.h"
 #include "platform/logind_power_events.h"
 #include "platform/message_prompter.h"
@@ -95,9 +96,10 @@ std::optional<Result<std::unique_ptr<ReminderStore>>> openStore(const Clock& clo
 }
 
 Ports linuxPorts(const Clock& clock) {
-  return {std::make_unique<MessagePrompter>(),   std::make_unique<CanberraSoundPlayer>(),
-          std::make_unique<LogindPowerEvents>(), std::make_unique<TimerfdWakeTimer>(),
-          std::make_unique<DesktopWorkspace>(),  std::make_unique<ProcessScriptHost>(clock)};
+  return {std::make_unique<MessagePrompter>(),    std::make_unique<CanberraSoundPlayer>(),
+          std::make_unique<LogindPowerEvents>(),  std::make_unique<TimerfdWakeTimer>(),
+          std::make_unique<DesktopWorkspace>(),   std::make_unique<ProcessScriptHost>(clock),
+          std::make_unique<ClipboardPasteboard>()};
 }
 
 // Qt ends the program with a core dump where it finds no display.

@@ -1,6 +1,7 @@
 // What the application is given of the desktop.
 #pragma once
 
+#include "ports/pasteboard.h"
 #include "ports/power_events.h"
 #include "ports/prompter.h"
 #include "ports/script_host.h"
@@ -19,6 +20,7 @@ struct Ports {
   std::unique_ptr<WakeTimer> wakeTimer;
   std::unique_ptr<Workspace> workspace;
   std::unique_ptr<ScriptHost> scriptHost;
+  std::unique_ptr<Pasteboard> pasteboard;
 };
 
 } // namespace tockwise
