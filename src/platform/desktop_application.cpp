@@ -10,7 +10,8 @@
 #include <gio/gio.h>
 #include <unistd.h>
 
-#include <vector>
+#include <algorithm>
+#include <iterator>
 
 namespace tockwise {
 namespace {
@@ -62,20 +63,34 @@ DesktopApplication DesktopApplication::ofIdentity(const QString& identity) {
 }
 
 DesktopApplication DesktopApplication::named(const QString& name) {
-  const auto isNamed = [&](GAppInfo* info) {
-    GDesktopAppInfo* desktop = desktopInfo(info);
-    char* plain = desktop ? g_desktop_app_info_get_string(desktop, "Name") : nullptr;
-    const bool same =
-        name.compare(QString::fromUtf8(plain), Qt::CaseInsensitive) == 0 ||
-        name.compare(QString::fromUtf8(g_app_info_get_name(info)), Qt::CaseInsensitive) == 0;
-    g_free(plain);
-    return same;
-  };
-  if (GAppInfo* shown = firstOf(g_app_info_get_all(), [&](GAppInfo* info) {
-        return g_app_info_should_show(info) && isNamed(info);
-      }))
-    return DesktopApplication(shown);
-  return DesktopApplication(firstOf(g_app_info_get_all(), isNamed));
+  // GIO keeps an index of words, which finds more than we want and costs next to nothing.
+  DesktopApplication found;
+  bool foundShown = false;
+  char*** const groups = g_desktop_app_info_search(name.toUtf8().constData());
+  for (char*** group = groups; *group; ++group) {
+    for (char** identity = *group; *identity && !foundShown; ++identity) {
+      auto candidate = ofIdentity(QString::fromUtf8(*identity));
+      if (!candidate || !candidate.isNamed(name))
+        continue;
+      foundShown = g_app_info_should_show(candidate.m_info.get());
+      if (!found || foundShown)
+        found = std::move(candidate);
+    }
+    g_strfreev(*group);
+  }
+  g_free(groups);
+  return found;
+}
+
+bool DesktopApplication::isNamed(const QString& name) const {
+  GDesktopAppInfo* desktop = desktopInfo(m_info.get());
+  char* plain = desktop ? g_desktop_app_info_get_string(desktop, "Name") : nullptr;
+  const QString names[] = {QString::fromUtf8(plain),
+                           QString::fromUtf8(g_app_info_get_name(m_info.get()))};
+  g_free(plain);
+  return std::any_of(std::begin(names), std::end(names), [&](const QString& each) {
+    return name.compare(each, Qt::CaseInsensitive) == 0;
+  });
 }
 
 DesktopApplication DesktopApplication::forType(const QString& contentType) {

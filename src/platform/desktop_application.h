@@ -19,7 +19,7 @@ class DesktopApplication {
   /// From its identity: "org.example.Editor.desktop".
   static DesktopApplication ofIdentity(const QString& identity);
   /// The first one of that name, plain or in the user's language, whatever its case; what menus
-  /// show comes before what they leave out. Reads all entries.
+  /// show comes before what they leave out. The first search reads all entries.
   static DesktopApplication named(const QString& name);
   /// The one that the user or the desktop has chosen for a content type, or else one that opens
   /// it.
@@ -39,6 +39,7 @@ class DesktopApplication {
     void operator()(_GAppInfo* info) const;
   };
   explicit DesktopApplication(_GAppInfo* info) : m_info(info) {}
+  bool isNamed(const QString& name) const;
 
   std::unique_ptr<_GAppInfo, Release> m_info;
 };
