@@ -225,8 +225,7 @@ void AppController::quitNow() {
 }
 
 void AppController::remindAgain(const RemindAgainRequest& request) {
-  m_editing.remindAgain(request.reminderMessage, request.reminderRTFData, request.smsState,
-                        request.emailState);
+  m_editing.remindAgain(request.reminderMessage, request.reminderRTFData);
 }
 
 // Tasks, mail and text messages have no subsystem yet: firing goes on to the alert, which shows
