@@ -229,7 +229,9 @@ void AppController::saveNow() {
 
 void AppController::quitNow() {
   saveNow();
-  QCoreApplication::quit();
+  // quit() would close every window first: an open editor would ask whether to undo its changes,
+  // though its draft is kept, and could hold the program back.
+  QCoreApplication::exit();
 }
 
 void AppController::remindAgain(const RemindAgainRequest& request) {

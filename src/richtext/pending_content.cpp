@@ -136,6 +136,11 @@ void PendingContent::start(const IncomingContent& content, QSizeF frame, Step st
     Q_EMIT loadingChanged(true);
 }
 
+void PendingContent::endStep() {
+  if (!m_running.empty() && m_running.back().place.number == m_lastNumber)
+    m_running.back().place.edits = m_edits;
+}
+
 void PendingContent::forget() {
   const bool wasLoading = isLoading();
   for (const Running& running : m_running) {
@@ -178,7 +183,8 @@ void PendingContent::put(Ready ready) {
   QTextDocument& document = *m_view.document();
   QTextCursor place(&document);
   qsizetype length = ready.text.text.size();
-  const QTextCursor shown = m_view.textCursor();
+  const int anchor = m_view.textCursor().anchor();
+  const int cursorAt = m_view.textCursor().position();
   if (ready.isOwnStep && m_edits == ready.edits) {
     // Nothing was written since: the content takes the place's step of undo.
     document.undo();
@@ -197,8 +203,8 @@ void PendingContent::put(Ready ready) {
   insertContent(place, ready.text);
   const auto moved = [&](int at) { return at <= position ? at : at - 1 + int(length); };
   QTextCursor cursor = m_view.textCursor();
-  cursor.setPosition(moved(shown.anchor()));
-  cursor.setPosition(moved(shown.position()), QTextCursor::KeepAnchor);
+  cursor.setPosition(moved(anchor));
+  cursor.setPosition(moved(cursorAt), QTextCursor::KeepAnchor);
   m_view.setTextCursor(cursor);
 }
 

@@ -20,10 +20,10 @@ struct Known {
 
 // Pictures only: a reader for drawings (SVG, PDF) would interpret a document.
 constexpr Known kKnown[] = {
-    {"png", u"image/png", u"png", true},    {"jpeg", u"image/jpeg", u"jpg", true},
-    {"gif", u"image/gif", u"gif", true},    {"webp", u"image/webp", u"webp", false},
-    {"bmp", u"image/bmp", u"bmp", false},   {"tiff", u"image/tiff", u"tiff", false},
-    {"tif", u"image/tiff", u"tiff", false}, {"heic", u"image/heic", u"heic", false},
+    {"png", u"image/png", u"png", true},     {"jpeg", u"image/jpeg", u"jpg", true},
+    {"gif", u"image/gif", u"gif", true},     {"webp", u"image/webp", u"webp", false},
+    {"bmp", u"image/bmp", u"bmp", false},    {"tiff", u"image/tiff", u"tiff", false},
+    {"tif", u"image/tiff", u"tiff", false},  {"heic", u"image/heic", u"heic", false},
     {"heif", u"image/heif", u"heif", false}, {"avif", u"image/avif", u"avif", false},
     {"ico", u"image/x-icon", u"ico", false},
 };

@@ -10,9 +10,9 @@
 namespace tockwise {
 
 struct PictureType {
-  QString mimeType; // "image/png"
-  QString suffix;   // "png"
-  QSize size;       // pixels
+  QString mimeType;        // "image/png"
+  QString suffix;          // "png"
+  QSize size;              // pixels
   bool isPortable = false; // PNG, JPEG or GIF, which every program shows
 };
 

@@ -82,8 +82,8 @@ Result<AttributedText> readRichFile(const QString& path) {
     return contents.error();
   if (pictureTypeOf(*contents))
     return pictureText(*contents, path);
-  Result<AttributedText> text = error(Error::Kind::Damaged, path,
-                                      QStringLiteral("this is no HTML, RTF or picture file"));
+  Result<AttributedText> text =
+      error(Error::Kind::Damaged, path, QStringLiteral("this is no HTML, RTF or picture file"));
   if (isRTF(*contents))
     text = fromRTF(*contents);
   else if (contents->startsWith(QByteArrayView("rtfd\0\0\0\0", 8)))
