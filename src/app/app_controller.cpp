@@ -7,11 +7,11 @@
 #include "base/log.h"
 #include "dates/calendar.h"
 #include "menu/status_menu.h"
+#include "richtext/copy_text.h"
 #include "richtext/rich_runs.h"
 #include "richtext/text_document.h"
 
 #include <QCoreApplication>
-#include <QDesktopServices>
 
 #include <chrono>
 
@@ -29,8 +29,11 @@ std::vector<OpenAlert> openAlerts(const AlertWindows& alerts) {
   return open;
 }
 
-void openAddress(const QUrl& address) {
-  QDesktopServices::openUrl(address);
+/// The desktop outlives what opens addresses with it.
+std::function<void(const QUrl&)> openingAddresses(Workspace& workspace) {
+  return [&workspace](const QUrl& address) {
+    workspace.openURL(address.toString(QUrl::FullyEncoded));
+  };
 }
 
 } // namespace
@@ -50,9 +53,12 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
                     {[this] { m_alerts.hideAllCurrentAlerts(); },
                      [this] { m_alerts.showAllCurrentAlerts(); }}),
       m_editing(*m_store, DraftStore(DraftStore::folderOfUser()),
-                {m_store->preferences(), *m_ports.prompter, m_store->clock(), openAddress}),
+                {m_store->preferences(), *m_ports.prompter, m_store->clock(),
+                 openingAddresses(*m_ports.workspace)}),
       m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter,
              [this] { m_store->saveDefaults(); }),
+      m_tasks(*m_ports.workspace, *m_ports.scriptHost),
+      m_runningScripts(*m_ports.scriptHost, m_store->clock()),
       m_firing(m_store->queue(), m_store->preferences(), m_store->clock(), *this),
       m_tick(m_store->queue(), m_firing, m_store->clock(), tickActions()),
       m_tickTimer(m_tick, *m_ports.wakeTimer, *m_ports.powerEvents, m_store->clock()),
@@ -81,7 +87,7 @@ void AppController::connectAll() {
   connect(&m_alerts, &AlertWindows::closed, this, &AppController::alertClosed);
   connect(&m_alerts, &AlertWindows::countChanged, this, &AppController::showState);
   connect(&m_alerts, &AlertWindows::remindAgainRequested, this, &AppController::remindAgain);
-  connect(&m_alerts, &AlertWindows::linkChosen, this, openAddress);
+  connect(&m_alerts, &AlertWindows::linkChosen, this, openingAddresses(*m_ports.workspace));
   connect(&m_editing, &ReminderEditing::changed, this, &AppController::dataChanged);
   connect(&m_tickTimer, &TickTimer::ticked, this, &AppController::showState);
   connect(&m_storeWatch, &StoreWatch::changed, &m_tickTimer, &TickTimer::poke);
@@ -196,7 +202,9 @@ void AppController::deleteMenuItem(const QString& reminderUUID) {
 }
 
 void AppController::copyMenuItem(const QString& reminderUUID) {
-  Q_UNUSED(reminderUUID); // filled in when the clipboard is there
+  const ReminderQueue& queue = m_store->queue();
+  if (const auto index = queue.indexOf(reminderUUID))
+    tockwise::copyMenuItem(queue->reminderRTFs.at(*index), *m_ports.pasteboard);
 }
 
 void AppController::showMenu() {
@@ -221,20 +229,22 @@ void AppController::saveNow() {
 
 void AppController::quitNow() {
   saveNow();
-  QCoreApplication::quit();
+  // quit() would close every window first: an open editor would ask whether to undo its changes,
+  // though its draft is kept, and could hold the program back.
+  QCoreApplication::exit();
 }
 
 void AppController::remindAgain(const RemindAgainRequest& request) {
   m_editing.remindAgain(request.reminderMessage, request.reminderRTFData);
 }
 
-// Tasks, mail and text messages have no subsystem yet: firing goes on to the alert, which shows
-// what the reminder itself is set to send.
+// What became of it is in the log.
 void AppController::doTask(const Task& task) {
-  if (!task.blank)
-    logLine(QStringLiteral("This version opens no tasks: %1").arg(task.path));
+  m_tasks.doTask(task);
 }
 
+// Mail and text messages have no subsystem yet: firing goes on to the alert, which shows what the
+// reminder itself is set to send.
 void AppController::sendEmailWithSubject(const QString&, const QString&) {
   logLine(QStringLiteral("This version sends no e-mail"));
 }

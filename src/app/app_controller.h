@@ -11,7 +11,9 @@
 #include "app/ports.h"
 #include "app/store_watch.h"
 #include "editor/reminder_editing.h"
+#include "editor/running_scripts_window.h"
 #include "engine/firing.h"
+#include "engine/task_runner.h"
 #include "engine/tick.h"
 #include "engine/tick_timer.h"
 #include "menu/menu_actions.h"
@@ -104,6 +106,8 @@ class AppController final : public QObject, private FiringActions {
   MenuActions m_menuActions;
   ReminderEditing m_editing;
   QueueSort m_sort;
+  TaskRunner m_tasks;
+  RunningScriptsWindow m_runningScripts;
   Firing m_firing;
   Tick m_tick;
   TickTimer m_tickTimer;

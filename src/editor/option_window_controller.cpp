@@ -258,5 +258,3 @@ void OptionWindowController::showEvent(QShowEvent* event) {
 }
 
 } // namespace tockwise
-
-#include "moc_option_window_controller.cpp"

@@ -68,5 +68,3 @@ void RunningScriptRow::stop() {
 }
 
 } // namespace tockwise
-
-#include "moc_running_script_row.cpp"

@@ -133,5 +133,3 @@ void RunningScriptsWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 } // namespace tockwise
-
-#include "moc_running_scripts_window.cpp"

@@ -185,5 +185,3 @@ void TaskWindowController::showEvent(QShowEvent* event) {
 }
 
 } // namespace tockwise
-
-#include "moc_task_window_controller.cpp"

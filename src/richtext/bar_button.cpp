@@ -86,8 +86,8 @@ void BarButton::paintEvent(QPaintEvent*) {
   icon().paint(&painter, place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
   if (!hasArrow)
     return;
-  const QRect arrow = QStyle::visualRect(layoutDirection(), rect(),
-                                         QRect(width() - kArrowWidth - 2, 0, kArrowWidth, height()));
+  const QRect arrow = QStyle::visualRect(
+      layoutDirection(), rect(), QRect(width() - kArrowWidth - 2, 0, kArrowWidth, height()));
   const QPointF middle = QRectF(arrow).center();
   painter.setPen(QPen(withAlpha(ink, isEnabled() ? 0.6F : 0.25F), 1.3, Qt::SolidLine, Qt::RoundCap,
                       Qt::RoundJoin));

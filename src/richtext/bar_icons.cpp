@@ -28,8 +28,8 @@ QPen line(const QColor& color, double width = kLine) {
 }
 
 /// A letter of that height in units, its middle at middle.
-void drawLetter(QPainter& painter, const QString& letter, QFont font, double height,
-                QPointF middle, const QColor& color) {
+void drawLetter(QPainter& painter, const QString& letter, QFont font, double height, QPointF middle,
+                const QColor& color) {
   font.setPixelSize(100);
   QPainterPath path;
   path.addText(0, 0, font, letter);

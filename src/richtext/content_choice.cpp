@@ -1,5 +1,7 @@
 #include "richtext/content_choice.h"
 
+#include "richtext/formats/mime_types.h"
+
 #include <QImage>
 #include <QRegularExpression>
 #include <QUrl>
@@ -23,20 +25,20 @@ const QStringList& pictureFormats() {
 }
 
 bool isRichFormat(const QString& format) {
-  static const QStringList formats{
-      QStringLiteral("text/html"), QStringLiteral("text/rtf"), QStringLiteral("application/rtf"),
-      QStringLiteral("text/richtext"), QStringLiteral("application/vnd.apple.rtfd")};
-  return formats.contains(format) || format.startsWith(QLatin1String("application/x-tockwise"));
+  static constexpr const char16_t* kTypes[] = {
+      kArchiveType, kRtfdType, kTextRtfdType, kRtfType, kTextRtfType, kTextRichtextType, kHtmlType};
+  return std::any_of(std::begin(kTypes), std::end(kTypes),
+                     [&](const char16_t* type) { return format == QStringView(type); });
 }
 
-/// Whether a page is more than the address of a picture, as browsers put beside a copied one.
-bool saysSomething(const QString& html) {
+/// Whether a page has words: browsers put one beside a copied picture that only names its address.
+bool hasWords(const QString& html) {
   static const QRegularExpression tags(
       QStringLiteral("<head\\b.*?</head>|<style\\b.*?</style>|<[^>]*>"),
       QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
   QString bare = html;
   bare.remove(tags);
-  return !bare.trimmed().isEmpty() || html.contains(QLatin1String("src=\"data:"));
+  return !bare.trimmed().isEmpty();
 }
 
 bool hasPicture(const QMimeData& data) {
@@ -51,12 +53,9 @@ std::shared_ptr<const QMimeData> richCopy(const QMimeData& data) {
   for (const QString& format : formats) {
     if (!isRichFormat(format))
       continue;
-    if (format == QLatin1String("text/html") && hasPicture(data) && !saysSomething(data.html()))
+    if (format == QStringView(kHtmlType) && hasPicture(data) && !hasWords(data.html()))
       continue;
-    if (format == QLatin1String("text/html"))
-      copy->setHtml(data.html()); // in whatever encoding it came
-    else
-      copy->setData(format, data.data(format));
+    copy->setData(format, data.data(format));
     isRich = true;
   }
   if (!isRich)

@@ -3,6 +3,7 @@
 #include "richtext/picture_reading.h"
 #include "richtext/picture_scaling.h"
 #include "richtext/text_formats.h"
+#include "store/archive/file_wrapper.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -118,10 +119,10 @@ class Loader {
     if (header.isTooLarge)
       return refuse(translated("“%1” is too large to be put into a text.").arg(name));
     if (header.size.isValid())
-      return takePicture({name, contents, {}}, cannotRead);
+      return takePicture({sanitisedFileName(name), contents, {}}, cannotRead);
     const Result<AttributedText> text = readRichFile(path);
     if (!text)
-      return refuse(text.error().message);
+      return refuse(translated("“%1” is no picture and no rich text that can be read.").arg(name));
     (*this)(*text);
   }
 

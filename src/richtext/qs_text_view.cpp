@@ -111,6 +111,7 @@ template <typename Replace> void QSTextView::Private::replaceText(const Replace&
   widePictures.setWatching(false);
   replace();
   widePictures.setWatching(true);
+  q.moveCursor(QTextCursor::Start);
 }
 
 /// Tab and its kin; false for other keys.
@@ -169,7 +170,9 @@ void QSTextView::setText(const AttributedText& text) {
 }
 
 void QSTextView::setReminderText(const QString& plainText) {
-  d->replaceText([&] { setPlainText(plainLines(plainText)); });
+  AttributedText text;
+  text.append(plainLines(plainText), {});
+  d->replaceText([&] { loadText(text, *document()); });
 }
 
 AttributedText QSTextView::text() const {

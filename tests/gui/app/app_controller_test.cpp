@@ -23,6 +23,8 @@ class AppControllerTest : public QObject {
   FakePrompter* m_prompter = nullptr;
   FakeSoundPlayer* m_sounds = nullptr;
   FakeWakeTimer* m_wakeTimer = nullptr;
+  FakeWorkspace* m_workspace = nullptr;
+  FakeScriptHost* m_scripts = nullptr;
   std::unique_ptr<AppController> m_controller;
 
   QString addDue(const char* words, QVariantMap options = {}) {
@@ -52,9 +54,14 @@ class AppControllerTest : public QObject {
     m_prompter = prompter.get();
     m_sounds = sounds.get();
     m_wakeTimer = wakeTimer.get();
+    auto workspace = std::make_unique<FakeWorkspace>();
+    auto scripts = std::make_unique<FakeScriptHost>();
+    m_workspace = workspace.get();
+    m_scripts = scripts.get();
     m_controller = std::make_unique<AppController>(
-        std::move(*store), Ports{std::move(prompter), std::move(sounds),
-                                 std::make_unique<FakePowerEvents>(), std::move(wakeTimer)});
+        std::move(*store),
+        Ports{std::move(prompter), std::move(sounds), std::make_unique<FakePowerEvents>(),
+              std::move(wakeTimer), std::move(workspace), std::move(scripts)});
     m_controller->start();
   }
   void cleanup() {
@@ -76,6 +83,29 @@ class AppControllerTest : public QObject {
     QCOMPARE(alert[text("uuid")].toString(), uuid);
     QCOMPARE(alert[text("position")].toInt(), 1);
     QVERIFY(alert[text("shown")].toBool());
+  }
+
+  void aTaskIsStartedBeforeTheAlertOpens() {
+    QStringList calls;
+    connect(m_controller.get(), &AppController::alertOpened, this, [&] {
+      calls = m_workspace->calls;
+      calls += QString::number(m_scripts->scripts.size());
+    });
+    addDue("Tea", {{text("task"), text("web:example.org")}});
+    openAlerts(1);
+    QCOMPARE(calls, (QStringList{text("openURL http://example.org"), text("0")}));
+    addDue("Coffee", {{text("task"), text("script:/home/me/brew.sh")}});
+    openAlerts(2);
+    QCOMPARE(calls.last(), text("1"));
+    QCOMPARE(m_scripts->scripts.front().path, text("/home/me/brew.sh"));
+  }
+
+  void aTaskThatFailsLeavesTheAlertAndShowsNothing() {
+    m_workspace->succeeds = false;
+    addDue("Tea", {{text("task"), text("application:no such thing")}});
+    openAlerts(1);
+    QCOMPARE(m_workspace->calls, QStringList{text("launchApplication no such thing")});
+    QVERIFY(m_prompter->asked.empty() && m_prompter->told.empty());
   }
 
   void theAlertOfADeletedReminderHasNoIdentity() {

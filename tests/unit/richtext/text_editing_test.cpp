@@ -455,6 +455,31 @@ class TextEditingTest : public QObject {
     }
   }
 
+  void insertedParagraphsBringTheirStyleAndTheRestKeepsItsOwn() {
+    Document document(textWith(text("headtail"), withStyle(30, 7)));
+    AttributedText inserted = textWith(text("one\ntwo\n"), withStyle(10, 1));
+    QTextCursor cursor = select(document, 4, 4);
+    insertText(cursor, inserted);
+    QCOMPARE(textOf(document).text, text("headone\ntwo\ntail"));
+    const auto indent = [&](int block) {
+      return document.findBlockByNumber(block).blockFormat().leftMargin() / kPixelsPerPoint;
+    };
+    QCOMPARE(indent(0), 30.0);
+    QCOMPARE(indent(1), 10.0);
+    QCOMPARE(indent(2), 30.0);
+    QVERIFY(textOf(document).runs.back().attributes == withStyle(30, 7));
+  }
+
+  void textWithoutAStyleTakesOnThatOfTheParagraph() {
+    Document document(AttributedText{});
+    document.mergeBlock(0, centred());
+    QTextCursor cursor(&document);
+    insertText(cursor, textWith(text("one\ntwo")));
+    QCOMPARE(document.lastBlock().blockFormat().alignment(), Qt::AlignHCenter);
+    QCOMPARE(document.attributes().paragraph->alignment, TextAlignment::Center);
+    QCOMPARE(textOf(document).runs.size(), size_t(1));
+  }
+
   void copiedPicturesTravelWithTheirContents() {
     const TextAttachment picture{text("a.png"), pngOf({40, 30}, Qt::red), opaqueObject(9)};
     TextAttributes attributes;

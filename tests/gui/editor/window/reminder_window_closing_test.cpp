@@ -1,3 +1,4 @@
+#include "alerts/alert_windows.h"
 #include "platform/message_prompter.h"
 #include "reminder_window_fixture.h"
 
@@ -277,6 +278,29 @@ class ReminderWindowClosingTest : public QObject {
     QTest::keyClick(controller->window()->windowHandle(), Qt::Key_Escape);
     QVERIFY(!controller);
     QVERIFY(!QApplication::activeModalWidget());
+  }
+
+  void alertsAreDismissedWhileAReminderIsWritten() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    ReminderQueue queue;
+    FakeSoundPlayer player;
+    AlertSounds sounds{desk.settings, player, {}, AlertSounds::systemRandom()};
+    AlertWindows alerts{queue, sounds, desk.prompter};
+    AlertRequest request;
+    request.reminder = QStringLiteral("Tea");
+    alerts.open(request);
+    // Through the window system, where a modal window would block it.
+    QWidget* alert = alerts.window(0);
+    auto* ok = alert->findChild<QPushButton*>(QStringLiteral("okButton"));
+    QTest::mouseClick(alert->windowHandle(), Qt::LeftButton, {},
+                      ok->mapTo(alert, ok->rect().center()));
+    QCOMPARE(alerts.count(), 0);
+    QVERIFY(desk.isOpen());
+    desk.panel()->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(desk.panel()));
+    QTest::keyClick(desk.panel()->windowHandle(), Qt::Key_Return, Qt::ControlModifier);
+    QVERIFY(!desk.isOpen());
   }
 
   void nothingElseIsAskedWhileAQuestionIsOpen() {
