@@ -21,15 +21,14 @@ bool isKnownKind(const QByteArray& format) {
 }
 
 bool isWithinLimit(QSize size) {
-  return !size.isEmpty() && qint64(size.width()) * size.height() <= kMostPicturePixels;
+  return qint64(size.width()) * size.height() <= kMostPicturePixels;
 }
 
 /// A reader of contents that has looked at the header.
 class Reader {
  public:
-  explicit Reader(const QByteArray& contents) {
-    if (contents.isEmpty() || contents.size() > kMostPictureBytes)
-      return;
+  explicit Reader(const QByteArray& contents)
+      : m_hasTooManyBytes(contents.size() > kMostPictureBytes) {
     m_buffer.setData(contents);
     m_buffer.open(QIODevice::ReadOnly);
     m_reader.setDevice(&m_buffer);
@@ -41,7 +40,9 @@ class Reader {
     m_stored = m_reader.size();
   }
 
-  bool isReadable() const { return isWithinLimit(m_stored); }
+  bool isPicture() const { return !m_stored.isEmpty(); }
+  bool isTooLarge() const { return isPicture() && (m_hasTooManyBytes || !isWithinLimit(m_stored)); }
+  bool isReadable() const { return isPicture() && !isTooLarge(); }
   QSize uprightSize() const { return m_isTurned ? m_stored.transposed() : m_stored; }
 
   QImage read(int width) {
@@ -58,6 +59,7 @@ class Reader {
   QBuffer m_buffer;
   QImageReader m_reader;
   QSize m_stored;
+  bool m_hasTooManyBytes;
   bool m_isTurned = false;
 };
 
@@ -69,6 +71,11 @@ QImage inStandardColors(QImage image) {
 }
 
 } // namespace
+
+PictureHeader readPictureHeader(const QByteArray& contents) {
+  const Reader reader(contents);
+  return {reader.isPicture() ? reader.uprightSize() : QSize(), reader.isTooLarge()};
+}
 
 QSize pictureSize(const QByteArray& contents) {
   const Reader reader(contents);

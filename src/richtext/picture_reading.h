@@ -8,9 +8,15 @@
 
 namespace tockwise {
 
-/// The size in pixels of a picture as it is shown (turned upright), from its header alone. Invalid
-/// when contents are no picture of a known kind, or more bytes or pixels than are read. Any one
-/// thread.
+struct PictureHeader {
+  QSize size; // in pixels, as it is shown (turned upright); invalid: no picture of a known kind
+  bool isTooLarge = false; // more bytes or pixels than are read
+};
+
+/// What the header alone says. Any one thread.
+PictureHeader readPictureHeader(const QByteArray& contents);
+
+/// The size in its header; invalid when it is no picture or too large. Any one thread.
 QSize pictureSize(const QByteArray& contents);
 
 /// The picture, upright and in sRGB; null when pictureSize() would be invalid, or it is damaged. A

@@ -46,19 +46,6 @@ QByteArray jpegOf(const QImage& scaled) {
   return {};
 }
 
-/// The picture in contents no wider than widest; empty when it is narrow enough or has no size.
-std::optional<QImage> narrowed(const QByteArray& contents, float widest) {
-  const QSize size = pictureSize(contents);
-  if (!(float(size.width()) > widest) || widest < 1)
-    return QImage();
-  const QImage image = readPicture(contents, int(widest) * kSpareWidth);
-  if (image.isNull())
-    return std::nullopt;
-  const double ratio = double(widest) / size.width();
-  const QSize target(int(widest), std::max(1, int(std::lround(size.height() * ratio))));
-  return imageByScalingProportionallyToSize(image, target);
-}
-
 /// The largest size of size's proportions within target.
 QSize proportionalSize(QSizeF size, QSize target) {
   const double across = target.width() / size.width();
@@ -71,6 +58,43 @@ QSize proportionalSize(QSizeF size, QSize target) {
   if (std::abs(size.height() * across - target.height()) < 1)
     return target;
   return {whole(exact.width(), target.width()), whole(exact.height(), target.height())};
+}
+
+bool isWiderThan(QSize size, float widest) {
+  return float(size.width()) > widest && widest >= 1;
+}
+
+QImage narrowed(const QImage& image, QSize size, float widest) {
+  const double ratio = double(widest) / size.width();
+  const QSize target(int(widest), std::max(1, int(std::lround(size.height() * ratio))));
+  return imageByScalingProportionallyToSize(image, target);
+}
+
+/// The picture in contents no wider than widest; a null image when it is narrow enough, nothing
+/// when it cannot be read.
+std::optional<QImage> narrowed(const QByteArray& contents, float widest) {
+  const QSize size = pictureSize(contents);
+  if (!size.isValid())
+    return std::nullopt;
+  if (!isWiderThan(size, widest))
+    return QImage();
+  const QImage image = readPicture(contents, int(widest) * kSpareWidth);
+  return image.isNull() ? std::optional<QImage>() : narrowed(image, size, widest);
+}
+
+std::optional<TextAttachment> jpegAttachment(const QImage& image) {
+  const QByteArray contents = jpegOf(image);
+  if (contents.isEmpty())
+    return std::nullopt;
+  return TextAttachment{QStringLiteral("image.jpg"), contents, {}};
+}
+
+std::optional<TextAttachment> pngAttachment(const QImage& image) {
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  if (!image.save(&buffer, "png"))
+    return std::nullopt;
+  return TextAttachment{QStringLiteral("image.png"), buffer.data(), {}};
 }
 
 } // namespace
@@ -93,20 +117,32 @@ QImage imageByScalingProportionallyToSize(const QImage& image, QSize size) {
 std::optional<TextAttachment> resizedAttachmentImage(const TextAttachment& attachment,
                                                      QSizeF frame) {
   const float widest = widestFor(frame);
-  std::optional<QImage> image;
-  if (pictureSize(attachment.contents).isValid())
-    image = narrowed(attachment.contents, widest);
+  std::optional<QImage> image = narrowed(attachment.contents, widest);
   if (!image)
     image = narrowed(placeholderContents(), widest);
-  if (!image || image->isNull())
+  return image && !image->isNull() ? jpegAttachment(*image) : std::nullopt;
+}
+
+std::optional<TextAttachment> attachmentFor(const QImage& image, QSizeF frame) {
+  if (image.isNull())
     return std::nullopt;
-  const QByteArray contents = jpegOf(*image);
-  if (contents.isEmpty())
-    return std::nullopt;
-  return TextAttachment{QStringLiteral("image.jpg"), contents, {}};
+  const float widest = widestFor(frame);
+  return isWiderThan(image.size(), widest) ? jpegAttachment(narrowed(image, image.size(), widest))
+                                           : pngAttachment(image);
+}
+
+bool isTooWide(const TextAttachment& attachment, QSizeF frame) {
+  QSize size = pictureSize(attachment.contents);
+  if (!size.isValid())
+    size = pictureSize(placeholderContents());
+  return size.isValid() && isWiderThan(size, widestFor(frame));
 }
 
 int scaleAttachments(AttributedText& text) {
+  return scaleAttachments(text, kFrameOfTexts);
+}
+
+int scaleAttachments(AttributedText& text, QSizeF frame) {
   // A text may name one picture any number of times: it is decoded once.
   QHash<QByteArray, std::optional<TextAttachment>> done;
   int count = 0;
@@ -116,7 +152,7 @@ int scaleAttachments(AttributedText& text) {
       continue;
     auto known = done.constFind(attachment->contents);
     if (known == done.constEnd())
-      known = done.insert(attachment->contents, resizedAttachmentImage(*attachment, kFrameOfTexts));
+      known = done.insert(attachment->contents, resizedAttachmentImage(*attachment, frame));
     if (!known->has_value())
       continue;
     attachment = *known;

@@ -26,6 +26,17 @@ QImage imageByScalingProportionallyToSize(const QImage& image, QSize size);
 std::optional<TextAttachment> resizedAttachmentImage(const TextAttachment& attachment,
                                                      QSizeF frame);
 
+/// A picture that is already decoded, for a text in that frame: as "image.jpg" where it must be
+/// scaled, else as the lossless "image.png". Nothing for an empty image. Any one thread.
+std::optional<TextAttachment> attachmentFor(const QImage& image, QSizeF frame);
+
+/// Whether resizedAttachmentImage() would give another; reads the header only. Any one thread.
+bool isTooWide(const TextAttachment& attachment, QSizeF frame);
+
+/// Scales every picture of the text that is too wide for that frame (pixels), and returns how many
+/// it replaced. Any one thread.
+int scaleAttachments(AttributedText& text, QSizeF frame);
+
 /// Scales every picture of the text that is too wide for a frame of 300 by 300, and returns how
 /// many it replaced. Any one thread.
 int scaleAttachments(AttributedText& text);

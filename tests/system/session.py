@@ -237,6 +237,11 @@ class Session:
             raise AssertionError(f"tockwise quit: {done.stderr}")
         return self.wait_for_end()
 
+    def kill_application(self):
+        """Ends it as a crash would."""
+        self.application.kill()
+        self.wait_for_end()
+
     def wait_for_end(self):
         wait_for(lambda: self.application.poll() is not None, "the application's end")
         return self.application.returncode

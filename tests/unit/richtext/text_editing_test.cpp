@@ -1,5 +1,5 @@
 // What edits change of a rich text, and what they leave.
-#include "random_text.h"
+#include "support/random_text.h"
 #include "richtext/character_formats.h"
 #include "richtext/paragraph_formats.h"
 #include "richtext/text_document.h"
@@ -453,6 +453,31 @@ class TextEditingTest : public QObject {
       document.undo();
       QVERIFY(textOf(document) == original);
     }
+  }
+
+  void insertedParagraphsBringTheirStyleAndTheRestKeepsItsOwn() {
+    Document document(textWith(text("headtail"), withStyle(30, 7)));
+    AttributedText inserted = textWith(text("one\ntwo\n"), withStyle(10, 1));
+    QTextCursor cursor = select(document, 4, 4);
+    insertText(cursor, inserted);
+    QCOMPARE(textOf(document).text, text("headone\ntwo\ntail"));
+    const auto indent = [&](int block) {
+      return document.findBlockByNumber(block).blockFormat().leftMargin() / kPixelsPerPoint;
+    };
+    QCOMPARE(indent(0), 30.0);
+    QCOMPARE(indent(1), 10.0);
+    QCOMPARE(indent(2), 30.0);
+    QVERIFY(textOf(document).runs.back().attributes == withStyle(30, 7));
+  }
+
+  void textWithoutAStyleTakesOnThatOfTheParagraph() {
+    Document document(AttributedText{});
+    document.mergeBlock(0, centred());
+    QTextCursor cursor(&document);
+    insertText(cursor, textWith(text("one\ntwo")));
+    QCOMPARE(document.lastBlock().blockFormat().alignment(), Qt::AlignHCenter);
+    QCOMPARE(document.attributes().paragraph->alignment, TextAlignment::Center);
+    QCOMPARE(textOf(document).runs.size(), size_t(1));
   }
 
   void copiedPicturesTravelWithTheirContents() {

@@ -1,0 +1,12 @@
+// The format that typed text gets.
+#pragma once
+
+class QTextEdit;
+
+namespace tockwise {
+
+/// Text that is typed after a picture is no picture, and text after a link is not part of it. To
+/// be called when the cursor moved. Main thread.
+void keepTypingPlain(QTextEdit& view);
+
+} // namespace tockwise
