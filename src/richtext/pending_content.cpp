@@ -2,6 +2,7 @@
 
 #include "richtext/place_picture.h"
 #include "richtext/text_document.h"
+#include "richtext/typing_format.h"
 
 #include <QFutureWatcher>
 #include <QPromise>
@@ -125,7 +126,7 @@ void PendingContent::start(const IncomingContent& content, QSizeF frame, Step st
   cursor.insertText(QString(QChar(QChar::ObjectReplacementCharacter)), placeFormat(number));
   cursor.setCharFormat(around);
   cursor.endEditBlock();
-  m_view.setTextCursor(cursor);
+  moveCursor(m_view, cursor);
 
   auto* watcher = new QFutureWatcher<LoadedContent>(this);
   m_running.push_back(
@@ -134,6 +135,11 @@ void PendingContent::start(const IncomingContent& content, QSizeF frame, Step st
   watcher->setFuture(loadOnAnotherThread(content, frame));
   if (m_running.size() == 1)
     Q_EMIT loadingChanged(true);
+}
+
+void PendingContent::endStep() {
+  if (!m_running.empty() && m_running.back().place.number == m_lastNumber)
+    m_running.back().place.edits = m_edits;
 }
 
 void PendingContent::forget() {
@@ -178,7 +184,8 @@ void PendingContent::put(Ready ready) {
   QTextDocument& document = *m_view.document();
   QTextCursor place(&document);
   qsizetype length = ready.text.text.size();
-  const QTextCursor shown = m_view.textCursor();
+  const int anchor = m_view.textCursor().anchor();
+  const int cursorAt = m_view.textCursor().position();
   if (ready.isOwnStep && m_edits == ready.edits) {
     // Nothing was written since: the content takes the place's step of undo.
     document.undo();
@@ -197,9 +204,9 @@ void PendingContent::put(Ready ready) {
   insertContent(place, ready.text);
   const auto moved = [&](int at) { return at <= position ? at : at - 1 + int(length); };
   QTextCursor cursor = m_view.textCursor();
-  cursor.setPosition(moved(shown.anchor()));
-  cursor.setPosition(moved(shown.position()), QTextCursor::KeepAnchor);
-  m_view.setTextCursor(cursor);
+  cursor.setPosition(moved(anchor));
+  cursor.setPosition(moved(cursorAt), QTextCursor::KeepAnchor);
+  moveCursor(m_view, cursor);
 }
 
 void PendingContent::lookAgain(int position, int added) {

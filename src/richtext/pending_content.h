@@ -22,10 +22,14 @@ class PendingContent final : public QObject {
   ~PendingContent() override;
 
   /// Begins to read content and keeps a place for it at the cursor of the view, over the selection.
-  /// frame is in pixels. canUndo: the place is a step of undo of its own; it is not within a drag
-  /// that moves text.
+  /// frame is in pixels. step: whether the place is a step of undo of its own, or part of another,
+  /// such as a drag that moves text.
   enum class Step { OfItsOwn, PartOfAnother };
   void start(const IncomingContent& content, QSizeF frame, Step step);
+  /// How often start() was called.
+  qint64 started() const { return m_lastNumber; }
+  /// What start() was called in, a drop for instance, has now ended its step of undo.
+  void endStep();
   bool isLoading() const { return !m_running.empty(); }
   /// Gives up all that is being read, without a word: the text is about to be replaced.
   void forget();

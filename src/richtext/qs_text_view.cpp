@@ -77,7 +77,7 @@ class QSTextView::Private {
   QSTextView& q;
   PendingContent pending;
   WidePictures widePictures;
-  bool isDropping = false;
+  bool isMoving = false;
   QPoint pressedAt;
 };
 
@@ -86,7 +86,7 @@ void QSTextView::Private::insert(const AttributedText& text) {
     return;
   QTextCursor cursor = q.textCursor();
   insertText(cursor, text);
-  q.setTextCursor(cursor);
+  tockwise::moveCursor(q, cursor);
   q.ensureCursorVisible();
 }
 
@@ -102,7 +102,7 @@ void QSTextView::Private::take(const IncomingContent& content) {
     }
   }
   pending.start(content, frame(),
-                isDropping ? PendingContent::Step::PartOfAnother : PendingContent::Step::OfItsOwn);
+                isMoving ? PendingContent::Step::PartOfAnother : PendingContent::Step::OfItsOwn);
   q.ensureCursorVisible();
 }
 
@@ -272,9 +272,12 @@ void QSTextView::keyPressEvent(QKeyEvent* event) {
 
 void QSTextView::dropEvent(QDropEvent* event) {
   // Text that is dragged within the view is taken away and put back as one step.
-  d->isDropping = event->source() == this || event->source() == viewport();
+  d->isMoving = event->source() == this || event->source() == viewport();
+  const qint64 started = d->pending.started();
   QTextEdit::dropEvent(event);
-  d->isDropping = false;
+  if (d->pending.started() != started)
+    d->pending.endStep();
+  d->isMoving = false;
 }
 
 void QSTextView::mousePressEvent(QMouseEvent* event) {

@@ -303,6 +303,7 @@ class ViewPicturesTest : public QObject {
 
   void anEditScalesThePicturesOfItsRange() {
     ShownView shown(202);
+    shown.view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     AttributedText text = pictureText(pngOf({260, 130}));
     text.append(QStringLiteral(" word"), {});
     shown.view.setText(text);
