@@ -111,11 +111,12 @@ ReminderEditing::Private::Private(ReminderEditing& owner, ReminderStore& store, 
   dropSoon.setInterval(draftDelay);
   QObject::connect(&keepSoon, &QTimer::timeout, &q, [this] { keepDrafts(); });
   QObject::connect(&dropSoon, &QTimer::timeout, &q, [this] { dropSavedDrafts(); });
-  if (auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance())) {
+  QCoreApplication* application = QCoreApplication::instance();
+  QObject::connect(application, &QCoreApplication::aboutToQuit, &q, [this] { keepDrafts(); });
+  if (auto* desktop = qobject_cast<QGuiApplication*>(application)) {
     QObject::connect(
-        application, &QGuiApplication::commitDataRequest, &q, [this] { keepDrafts(); },
+        desktop, &QGuiApplication::commitDataRequest, &q, [this] { keepDrafts(); },
         Qt::DirectConnection);
-    QObject::connect(application, &QCoreApplication::aboutToQuit, &q, [this] { keepDrafts(); });
   }
 }
 

@@ -10,12 +10,13 @@
 #include <gio/gio.h>
 #include <unistd.h>
 
-#include <vector>
+#include <algorithm>
+#include <iterator>
 
 namespace tockwise {
 namespace {
 
-GDesktopAppInfo* desktopInfo(GAppInfo* info) {
+GDesktopAppInfo* desktopInfo(void* info) {
   return G_IS_DESKTOP_APP_INFO(info) ? G_DESKTOP_APP_INFO(info) : nullptr;
 }
 
@@ -47,7 +48,7 @@ void setUpChild(gpointer folder) {
 
 } // namespace
 
-void DesktopApplication::Release::operator()(_GAppInfo* info) const {
+void DesktopApplication::Release::operator()(void* info) const {
   g_object_unref(info);
 }
 
@@ -62,20 +63,34 @@ DesktopApplication DesktopApplication::ofIdentity(const QString& identity) {
 }
 
 DesktopApplication DesktopApplication::named(const QString& name) {
-  const auto isNamed = [&](GAppInfo* info) {
-    GDesktopAppInfo* desktop = desktopInfo(info);
-    char* plain = desktop ? g_desktop_app_info_get_string(desktop, "Name") : nullptr;
-    const bool same =
-        name.compare(QString::fromUtf8(plain), Qt::CaseInsensitive) == 0 ||
-        name.compare(QString::fromUtf8(g_app_info_get_name(info)), Qt::CaseInsensitive) == 0;
-    g_free(plain);
-    return same;
-  };
-  if (GAppInfo* shown = firstOf(g_app_info_get_all(), [&](GAppInfo* info) {
-        return g_app_info_should_show(info) && isNamed(info);
-      }))
-    return DesktopApplication(shown);
-  return DesktopApplication(firstOf(g_app_info_get_all(), isNamed));
+  // GIO keeps an index of words, which finds more than we want and costs next to nothing.
+  DesktopApplication found;
+  bool foundShown = false;
+  char*** const groups = g_desktop_app_info_search(name.toUtf8().constData());
+  for (char*** group = groups; *group; ++group) {
+    for (char** identity = *group; *identity && !foundShown; ++identity) {
+      auto candidate = ofIdentity(QString::fromUtf8(*identity));
+      if (!candidate || !candidate.isNamed(name))
+        continue;
+      foundShown = g_app_info_should_show(G_APP_INFO(candidate.m_info.get()));
+      if (!found || foundShown)
+        found = std::move(candidate);
+    }
+    g_strfreev(*group);
+  }
+  g_free(groups);
+  return found;
+}
+
+bool DesktopApplication::isNamed(const QString& name) const {
+  GDesktopAppInfo* desktop = desktopInfo(m_info.get());
+  char* plain = desktop ? g_desktop_app_info_get_string(desktop, "Name") : nullptr;
+  const QString names[] = {QString::fromUtf8(plain),
+                           QString::fromUtf8(g_app_info_get_name(G_APP_INFO(m_info.get())))};
+  g_free(plain);
+  return std::any_of(std::begin(names), std::end(names), [&](const QString& each) {
+    return name.compare(each, Qt::CaseInsensitive) == 0;
+  });
 }
 
 DesktopApplication DesktopApplication::forType(const QString& contentType) {
@@ -102,8 +117,8 @@ bool DesktopApplication::open(const QByteArray& address) {
   char* entrysFolder = g_desktop_app_info_get_string(desktop, G_KEY_FILE_DESKTOP_KEY_PATH);
   const bool hasFolder = entrysFolder && *entrysFolder;
   g_free(entrysFolder);
-  GList* addresses =
-      address.isEmpty() ? nullptr : g_list_append(nullptr, const_cast<char*>(address.constData()));
+  QByteArray text = address;
+  GList* addresses = text.isEmpty() ? nullptr : g_list_append(nullptr, text.data());
   GError* error = nullptr;
   const gboolean started = g_desktop_app_info_launch_uris_as_manager(
       desktop, addresses, nullptr, G_SPAWN_SEARCH_PATH, &setUpChild,
@@ -111,7 +126,7 @@ bool DesktopApplication::open(const QByteArray& address) {
   g_list_free(addresses);
   if (!started)
     logLine(QStringLiteral("%1 could not be started: %2")
-                .arg(QString::fromUtf8(g_app_info_get_id(m_info.get())),
+                .arg(QString::fromUtf8(g_app_info_get_id(G_APP_INFO(m_info.get()))),
                      error ? QString::fromUtf8(error->message) : QString()));
   g_clear_error(&error);
   return started;

@@ -6,8 +6,6 @@
 
 #include <memory>
 
-struct _GAppInfo;
-
 namespace tockwise {
 
 /// One that was found, or none. Main thread.
@@ -19,7 +17,7 @@ class DesktopApplication {
   /// From its identity: "org.example.Editor.desktop".
   static DesktopApplication ofIdentity(const QString& identity);
   /// The first one of that name, plain or in the user's language, whatever its case; what menus
-  /// show comes before what they leave out. Reads all entries.
+  /// show comes before what they leave out. The first search reads all entries.
   static DesktopApplication named(const QString& name);
   /// The one that the user or the desktop has chosen for a content type, or else one that opens
   /// it.
@@ -36,11 +34,12 @@ class DesktopApplication {
 
  private:
   struct Release {
-    void operator()(_GAppInfo* info) const;
+    void operator()(void* info) const;
   };
-  explicit DesktopApplication(_GAppInfo* info) : m_info(info) {}
+  explicit DesktopApplication(void* info) : m_info(info) {}
+  bool isNamed(const QString& name) const;
 
-  std::unique_ptr<_GAppInfo, Release> m_info;
+  std::unique_ptr<void, Release> m_info; // a GAppInfo of GIO
 };
 
 } // namespace tockwise

@@ -49,11 +49,15 @@ class Editors:
     def choose_first_quick_time(self):
         desktop = self.session.desktop
         desktop.press("q", "Alt_L")
-        self.wait_for(lambda: any(window.plain for window in desktop.windows()), "the quick times")
+        self.wait_for(self.pop_up, "the quick times")
         desktop.press("Down")
         desktop.press("Return")
-        self.wait_for(lambda: not any(window.plain for window in desktop.windows()),
-                      "the quick times' end")
+        self.wait_for(lambda: not self.pop_up(), "the quick times' end")
+
+    def pop_up(self):
+        """The open menu or list; the tray's icon is as plain, and smaller."""
+        return next((window for window in self.session.desktop.windows()
+                     if window.plain and window.width > 100 and window.height > 100), None)
 
 
 class Writing(Editors, SystemTest):
@@ -68,18 +72,14 @@ class Writing(Editors, SystemTest):
         return next((window for window in self.session.desktop.windows()
                      if window.width <= 32 and window.height <= 32), None)
 
-    def find_menu(self):
-        return next((window for window in self.session.desktop.windows()
-                     if window.plain and window.width > 100 and window.height > 100), None)
-
     def open_menu(self):
         self.session.desktop.click(self.icon.x + self.icon.width // 2,
                                    self.icon.y + self.icon.height // 2, button=3)
-        return self.wait_for(self.find_menu, "the menu")
+        return self.wait_for(self.pop_up, "the menu")
 
     def close_menu(self):
         self.session.desktop.press("Escape")
-        self.wait_for(lambda: not self.find_menu(), "the menu's end")
+        self.wait_for(lambda: not self.pop_up(), "the menu's end")
 
     def open_editor(self):
         self.open_menu()
@@ -114,7 +114,7 @@ class Writing(Editors, SystemTest):
         self.save()
         self.check_stored()
         self.open_menu()
-        self.assertGreater(self.coloured(self.find_menu).share, 0.99)
+        self.assertGreater(self.coloured(self.pop_up).share, 0.99)
         self.close_menu()
         self.wait_for_signal(signals, "AlertOpened", 70)
         in_alert = self.coloured(lambda: self.alert("tea for two"))

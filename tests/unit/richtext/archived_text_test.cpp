@@ -1,5 +1,5 @@
 // Archives through a document and back: every fixture, and texts of our own.
-#include "random_text.h"
+#include "support/random_text.h"
 #include "richtext/text_document.h"
 #include "support/archive_json.h"
 

@@ -1,5 +1,5 @@
 // The runs that menus and the command line show.
-#include "random_text.h"
+#include "support/random_text.h"
 #include "richtext/rich_runs.h"
 #include "store/archive/text_archive.h"
 

@@ -1,5 +1,5 @@
 // Rich text in a document and back: nothing that was not edited may change.
-#include "random_text.h"
+#include "support/random_text.h"
 #include "richtext/paragraph_formats.h"
 #include "richtext/text_document.h"
 

@@ -1,5 +1,5 @@
 // What edits change of a rich text, and what they leave.
-#include "random_text.h"
+#include "support/random_text.h"
 #include "richtext/character_formats.h"
 #include "richtext/paragraph_formats.h"
 #include "richtext/text_document.h"
