@@ -3,6 +3,7 @@
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/bus_service.h"
+#include "app/old_text_conversion.h"
 #include "base/log.h"
 #include "menu/ui/clock_icon.h"
 #include "platform/canberra_sound_player.h"
@@ -83,7 +84,7 @@ std::optional<Result<std::unique_ptr<ReminderStore>>> openStore(const Clock& clo
   for (;;) {
     if (isRunning() && showRunningOne())
       return std::nullopt;
-    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), clock);
+    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), clock, oldTextConversion());
     const bool held = !store && store.error().kind == Error::Kind::Busy;
     if (!held || waited.elapsed() > kPatience)
       return store;
