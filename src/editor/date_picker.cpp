@@ -26,7 +26,8 @@ constexpr char16_t kHalfStyle[] =
     u"QToolButton:checked:focus { border-color: palette(window-text); }";
 
 qint64 wallMinutes(const DateComponents& time) {
-  return daysFromCivil({time.year, time.month, time.day}) * 1440 + time.hour * 60 + time.minute;
+  return daysFromCivil({time.year, time.month, time.day}) * 1440 + qint64(time.hour) * 60 +
+         time.minute;
 }
 
 Date wholeMinute(Date date) {

@@ -11,7 +11,8 @@
 namespace tockwise {
 namespace {
 
-constexpr qint64 kLongestEntry = 256 * 1024; // a desktop entry with every language has some 20 kB
+constexpr qint64 kLongestEntry =
+    262144; // bytes; a desktop entry with every language has some 20 kB
 
 /// The plain name of an entry that menus show.
 std::optional<QString> shownName(const QString& path) {
@@ -31,12 +32,12 @@ std::optional<QString> shownName(const QString& path) {
       continue;
     const QByteArray key = text.left(sign).trimmed();
     const QByteArray value = text.mid(sign + 1).trimmed();
+    const bool leftOut = ((key == "NoDisplay" || key == "Hidden") && value == "true") ||
+                         (key == "Type" && value != "Application");
+    if (leftOut)
+      return std::nullopt;
     if (key == "Name")
       name = QString::fromUtf8(value);
-    else if ((key == "NoDisplay" || key == "Hidden") && value == "true")
-      return std::nullopt;
-    else if (key == "Type" && value != "Application")
-      return std::nullopt;
   }
   return name.isEmpty() ? std::nullopt : std::optional(name);
 }

@@ -16,7 +16,7 @@
 namespace tockwise {
 namespace {
 
-GDesktopAppInfo* desktopInfo(GAppInfo* info) {
+GDesktopAppInfo* desktopInfo(void* info) {
   return G_IS_DESKTOP_APP_INFO(info) ? G_DESKTOP_APP_INFO(info) : nullptr;
 }
 
@@ -48,7 +48,7 @@ void setUpChild(gpointer folder) {
 
 } // namespace
 
-void DesktopApplication::Release::operator()(_GAppInfo* info) const {
+void DesktopApplication::Release::operator()(void* info) const {
   g_object_unref(info);
 }
 
@@ -72,7 +72,7 @@ DesktopApplication DesktopApplication::named(const QString& name) {
       auto candidate = ofIdentity(QString::fromUtf8(*identity));
       if (!candidate || !candidate.isNamed(name))
         continue;
-      foundShown = g_app_info_should_show(candidate.m_info.get());
+      foundShown = g_app_info_should_show(G_APP_INFO(candidate.m_info.get()));
       if (!found || foundShown)
         found = std::move(candidate);
     }
@@ -86,7 +86,7 @@ bool DesktopApplication::isNamed(const QString& name) const {
   GDesktopAppInfo* desktop = desktopInfo(m_info.get());
   char* plain = desktop ? g_desktop_app_info_get_string(desktop, "Name") : nullptr;
   const QString names[] = {QString::fromUtf8(plain),
-                           QString::fromUtf8(g_app_info_get_name(m_info.get()))};
+                           QString::fromUtf8(g_app_info_get_name(G_APP_INFO(m_info.get())))};
   g_free(plain);
   return std::any_of(std::begin(names), std::end(names), [&](const QString& each) {
     return name.compare(each, Qt::CaseInsensitive) == 0;
@@ -117,8 +117,8 @@ bool DesktopApplication::open(const QByteArray& address) {
   char* entrysFolder = g_desktop_app_info_get_string(desktop, G_KEY_FILE_DESKTOP_KEY_PATH);
   const bool hasFolder = entrysFolder && *entrysFolder;
   g_free(entrysFolder);
-  GList* addresses =
-      address.isEmpty() ? nullptr : g_list_append(nullptr, const_cast<char*>(address.constData()));
+  QByteArray text = address;
+  GList* addresses = text.isEmpty() ? nullptr : g_list_append(nullptr, text.data());
   GError* error = nullptr;
   const gboolean started = g_desktop_app_info_launch_uris_as_manager(
       desktop, addresses, nullptr, G_SPAWN_SEARCH_PATH, &setUpChild,
@@ -126,7 +126,7 @@ bool DesktopApplication::open(const QByteArray& address) {
   g_list_free(addresses);
   if (!started)
     logLine(QStringLiteral("%1 could not be started: %2")
-                .arg(QString::fromUtf8(g_app_info_get_id(m_info.get())),
+                .arg(QString::fromUtf8(g_app_info_get_id(G_APP_INFO(m_info.get()))),
                      error ? QString::fromUtf8(error->message) : QString()));
   g_clear_error(&error);
   return started;

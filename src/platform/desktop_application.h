@@ -6,8 +6,6 @@
 
 #include <memory>
 
-struct _GAppInfo;
-
 namespace tockwise {
 
 /// One that was found, or none. Main thread.
@@ -36,12 +34,12 @@ class DesktopApplication {
 
  private:
   struct Release {
-    void operator()(_GAppInfo* info) const;
+    void operator()(void* info) const;
   };
-  explicit DesktopApplication(_GAppInfo* info) : m_info(info) {}
+  explicit DesktopApplication(void* info) : m_info(info) {}
   bool isNamed(const QString& name) const;
 
-  std::unique_ptr<_GAppInfo, Release> m_info;
+  std::unique_ptr<void, Release> m_info; // a GAppInfo of GIO
 };
 
 } // namespace tockwise

@@ -10,7 +10,7 @@
 namespace tockwise {
 namespace {
 
-constexpr size_t kOneRead = 64 * 1024; // a flood must not hold up the rest of the program
+constexpr size_t kOneRead = 65536; // a flood must not hold up the rest of the program
 
 } // namespace
 

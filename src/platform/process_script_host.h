@@ -17,7 +17,7 @@ class ProcessScriptHost final : public ScriptHost {
  public:
   static constexpr std::chrono::milliseconds kTimeLimit = std::chrono::minutes(5);
   static constexpr std::chrono::milliseconds kGrace = std::chrono::seconds(3);
-  static constexpr qsizetype kMostOutput = 64 * 1024; // bytes kept of one run
+  static constexpr qsizetype kMostOutput = 65536; // bytes kept of one run
 
   /// The clock is for telling when a script began and will be ended, and outlives the host.
   explicit ProcessScriptHost(const Clock& clock,

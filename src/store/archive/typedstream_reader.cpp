@@ -1,31 +1,14 @@
 #include "store/archive/typedstream_reader.h"
 
-#include <bit>
 #include <limits>
 
 namespace tockwise::typedstream {
 namespace {
 
-// Heads: what most items start with. Other numbers stand for themselves.
-constexpr qint8 kTwoBytes = -127;
-constexpr qint8 kFourBytes = -126;
-constexpr qint8 kFloating = -125;
-constexpr qint8 kNew = -124;
-constexpr qint8 kNil = -123;
-constexpr qint8 kEnd = -122;
-constexpr qint8 kEightBytes = -121;
-constexpr qint64 kFirstReference = -110; // and the least number that stands for itself
-
-constexpr qint8 kStreamer = 4;
+constexpr int kStreamer = 4;
 constexpr int kMostChain = 64;
-constexpr quint64 kLeastBudget = quint64(64) << 20;
 
 using Kind = Item::Kind;
-
-qint64 signExtended(quint64 value, int size) {
-  const int unused = 64 - 8 * size;
-  return qint64(value << unused) >> unused;
-}
 
 // value as the type has it: an unsigned number may be stored as a negative one.
 Item integerItem(char code, qint64 value) {
@@ -56,120 +39,16 @@ bool isByte(const Type& type) {
 
 } // namespace
 
-TreeReader::TreeReader(const QByteArray& archive)
-    : m_archive(archive), m_budget(kLeastBudget + 4 * quint64(archive.size())) {
+TreeReader::TreeReader(const QByteArray& archive) : Input(archive) {
   m_tree.m_archive = archive;
 }
 
-bool TreeReader::fail(const QString& why) {
-  if (m_failure.isEmpty())
-    m_failure = QStringLiteral("not a sound old archive: %1 at byte %2").arg(why).arg(m_at);
-  return false;
-}
-
-bool TreeReader::charge(quint64 bytes) {
-  if (bytes > m_budget)
-    return fail(QStringLiteral("more values than an archive of this size has"));
-  m_budget -= bytes;
-  return true;
-}
-
-// Precondition: size bytes are left.
-quint64 TreeReader::takeNumber(int size) {
-  quint64 value = 0;
-  for (int i = 0; i < size; ++i) {
-    const auto byte = quint8(m_archive[m_at + i]);
-    value |= quint64(byte) << 8 * (m_tree.m_order == ByteOrder::Big ? size - 1 - i : i);
-  }
-  m_at += size;
-  return value;
-}
-
-bool TreeReader::readHead(qint8& head) {
-  if (left() < 1)
-    return fail(QStringLiteral("the archive ends"));
-  head = qint8(m_archive[m_at++]);
-  return true;
-}
-
-bool TreeReader::readIntegerOf(qint8 head, qint64& value) {
-  int size = 0;
-  if (head >= kFirstReference)
-    value = head;
-  else if (head == kTwoBytes)
-    size = 2;
-  else if (head == kFourBytes)
-    size = 4;
-  else if (head == kEightBytes)
-    size = 8;
-  else
-    return fail(QStringLiteral("no number"));
-  if (quint64(size) > left())
-    return fail(QStringLiteral("the archive ends in a number"));
-  if (size > 0)
-    value = signExtended(takeNumber(size), size);
-  return true;
-}
-
-bool TreeReader::readInteger(qint64& value) {
-  qint8 head = 0;
-  return readHead(head) && readIntegerOf(head, value);
-}
-
-bool TreeReader::readReal(const Type& type, Item& item) {
-  qint8 head = 0;
-  if (!readHead(head))
-    return false;
-  double value = 0;
-  if (head == kFloating) {
-    const int size = type.code == 'f' ? 4 : 8;
-    if (quint64(size) > left())
-      return fail(QStringLiteral("the archive ends in a number"));
-    const quint64 bits = takeNumber(size);
-    value = size == 4 ? double(std::bit_cast<float>(quint32(bits))) : std::bit_cast<double>(bits);
-  } else {
-    qint64 whole = 0;
-    if (!readIntegerOf(head, whole))
-      return false;
-    value = double(whole);
-  }
-  item = {Kind::Real, type.code, 0, std::bit_cast<quint64>(value)};
-  return true;
-}
-
-bool TreeReader::readUnsharedString(Item& item) {
-  qint8 head = 0;
-  qint64 length = 0;
-  if (!readHead(head))
-    return false;
-  item = {Kind::Nil, '+', 0, 0};
-  if (head == kNil)
-    return true;
-  if (!readIntegerOf(head, length))
-    return false;
-  if (length < 0 || quint64(length) > left())
-    return fail(QStringLiteral("a string beyond the data"));
-  item = {Kind::Bytes, '+', quint32(length), quint64(m_at)};
-  m_at += length;
-  return true;
-}
-
-bool TreeReader::readTableReference(qint8 head, size_t tableSize, quint64& index) {
-  qint64 number = 0;
-  if (!readIntegerOf(head, number))
-    return false;
-  if (number < kFirstReference || quint64(number) - quint64(kFirstReference) >= tableSize)
-    return fail(QStringLiteral("a reference to nothing"));
-  index = quint64(number) - quint64(kFirstReference);
-  return true;
-}
-
 bool TreeReader::readSharedString(std::optional<quint64>& index) {
-  qint8 head = 0;
+  int head = 0;
   return readHead(head) && readSharedStringOf(head, index);
 }
 
-bool TreeReader::readSharedStringOf(qint8 head, std::optional<quint64>& index) {
+bool TreeReader::readSharedStringOf(int head, std::optional<quint64>& index) {
   index.reset();
   if (head == kNil)
     return true;
@@ -186,7 +65,7 @@ bool TreeReader::readSharedStringOf(qint8 head, std::optional<quint64>& index) {
 }
 
 bool TreeReader::readCString(Item& item) {
-  qint8 head = 0;
+  int head = 0;
   if (!readHead(head))
     return false;
   item = {Kind::Nil, '*', 0, 0};
@@ -227,7 +106,7 @@ bool TreeReader::readNewClasses(int& first) {
   const size_t firstNew = m_tree.m_classes.size();
   int above = -1; // where the new ones end
   while (true) {
-    qint8 head = 0;
+    int head = 0;
     if (!readHead(head))
       return false;
     if (head == kNil)
@@ -267,7 +146,7 @@ bool TreeReader::readNewClasses(int& first) {
 }
 
 bool TreeReader::readObject(Item& item, int depth) {
-  qint8 head = 0;
+  int head = 0;
   if (!readHead(head))
     return false;
   item = {Kind::Nil, '@', 0, 0};
@@ -299,13 +178,13 @@ bool TreeReader::readNewObject(Item& item, int depth) {
     return fail(QStringLiteral("an object without a class"));
   m_tree.m_objects[index].classIndex = int(of.payload);
   std::vector<Group> groups;
-  while (left() > 0 && qint8(m_archive[m_at]) != kEnd) {
+  while (left() > 0 && !isAtEnd()) {
     if (!readGroup(groups.emplace_back(), depth + 1))
       return false;
   }
   if (left() == 0)
     return fail(QStringLiteral("the archive ends in an object"));
-  ++m_at;
+  skip(1);
   m_tree.m_objects[index].groups = std::move(groups);
   item = {Kind::Object, '@', 0, index};
   return true;
@@ -348,8 +227,8 @@ bool TreeReader::readArray(const Type& type, Item& item, int depth) {
   if (type.count > left())
     return fail(QStringLiteral("an array beyond the data"));
   if (isByte(type.parts[0])) {
-    item = {Kind::Bytes, '[', quint32(type.count), quint64(m_at)};
-    m_at += qsizetype(type.count);
+    item = {Kind::Bytes, '[', quint32(type.count), at()};
+    skip(type.count);
     return true;
   }
   if (!charge(sizeof(std::vector<Item>) + type.count * sizeof(Item)))
@@ -382,15 +261,15 @@ bool TreeReader::readValue(const Type& type, Item& item, int depth) {
   case 'c':
   case 'C':
   case 'B': {
-    qint8 byte = 0;
+    int byte = 0;
     if (!readHead(byte))
       return false;
-    item = {Kind::Integer, type.code, 0, quint64(type.code == 'c' ? qint64(byte) : quint8(byte))};
+    item = {Kind::Integer, type.code, 0, quint64(type.code == 'c' ? byte : byte & 0xFF)};
     return true;
   }
   case 'f':
   case 'd':
-    return readReal(type, item);
+    return readReal(type.code, item);
   case '*':
     return readCString(item);
   case ':':
@@ -425,7 +304,7 @@ bool TreeReader::readValue(const Type& type, Item& item, int depth) {
 }
 
 bool TreeReader::readHeader() {
-  qint8 version = 0;
+  int version = 0;
   Item signature;
   if (!readHead(version) || version != kStreamer || !readUnsharedString(signature))
     return fail(QStringLiteral("no header"));
@@ -433,17 +312,18 @@ bool TreeReader::readHeader() {
   if (name != "streamtyped" && name != "typedstream")
     return fail(QStringLiteral("no header"));
   m_tree.m_order = name == "typedstream" ? ByteOrder::Big : ByteOrder::Little;
+  setByteOrder(m_tree.m_order);
   return readInteger(m_tree.m_system);
 }
 
 Result<Tree> TreeReader::read() {
-  if (m_archive.size() > std::numeric_limits<qint32>::max())
+  if (m_tree.m_archive.size() > std::numeric_limits<qint32>::max())
     return Error{Error::Kind::Damaged, QStringLiteral("an old archive of more than 2 GiB")};
   bool read = readHeader();
   while (read && left() > 0)
     read = readGroup(m_tree.m_groups.emplace_back(), 0);
   if (!read)
-    return Error{Error::Kind::Damaged, m_failure};
+    return Error{Error::Kind::Damaged, failure()};
   return std::move(m_tree);
 }
 

@@ -1,6 +1,7 @@
 // Reads an older archive into a tree; Tree::read is the way to use it.
 #pragma once
 
+#include "store/archive/typedstream_input.h"
 #include "store/archive/typedstream_tree.h"
 #include "store/archive/typedstream_types.h"
 
@@ -9,7 +10,7 @@
 namespace tockwise::typedstream {
 
 /// For one archive, once.
-class TreeReader {
+class TreeReader : private Input {
  public:
   explicit TreeReader(const QByteArray& archive);
   Result<Tree> read();
@@ -30,14 +31,9 @@ class TreeReader {
 
   // Each of these takes something off the front of the rest, or fails.
   bool readHeader();
-  bool readHead(qint8& head);
-  bool readInteger(qint64& value);
-  bool readIntegerOf(qint8 head, qint64& value);
-  bool readReal(const Type& type, Item& item);
-  bool readUnsharedString(Item& item);
   /// index: into the string table; nothing for nil.
   bool readSharedString(std::optional<quint64>& index);
-  bool readSharedStringOf(qint8 head, std::optional<quint64>& index);
+  bool readSharedStringOf(int head, std::optional<quint64>& index);
   bool readCString(Item& item);
   bool readClass(Item& item);
   bool readNewClasses(int& first);
@@ -48,18 +44,7 @@ class TreeReader {
   bool readValue(const Type& type, Item& item, int depth);
   bool readArray(const Type& type, Item& item, int depth);
   bool readStructure(const Type& type, Item& item, int depth);
-  bool readTableReference(qint8 head, size_t tableSize, quint64& index);
 
-  /// Counts what the tree takes against what an archive of this size may take.
-  bool charge(quint64 bytes);
-  bool fail(const QString& why);
-  quint64 left() const { return quint64(m_archive.size() - m_at); }
-  quint64 takeNumber(int size);
-
-  const QByteArray& m_archive;
-  qsizetype m_at = 0;
-  quint64 m_budget;
-  QString m_failure;
   Tree m_tree;
   std::vector<Shared> m_strings;
   std::vector<Numbered> m_numbered;
