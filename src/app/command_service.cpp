@@ -44,7 +44,7 @@ Result<QString> CommandService::add(const QString& text, const QVariantMap& opti
   if (options.contains(kAt) == options.contains(kIn))
     return Error{Error::Kind::Usage, QStringLiteral("say when: either --at or --in")};
   QVariantMap all = options;
-  if (!text.isEmpty() || !options.contains(kRich))
+  if (!options.contains(kRich)) // which has a text of its own
     all.insert(kText, text);
   Reminder reminder = reminderFromDefaults(m_store.preferences());
   const auto applied =

@@ -4,6 +4,7 @@
 #include "dates/calendar.h"
 #include "menu/status_menu.h"
 #include "menu/status_menu_tables.h"
+#include "richtext/rich_runs.h"
 
 namespace tockwise {
 namespace {
@@ -42,7 +43,8 @@ MenuInput menuInput(const ReminderStore& store, std::vector<OpenAlert> openAlert
 }
 
 std::vector<MenuItem> menuWithoutApplication(const ReminderStore& store) {
-  return buildStatusMenu(menuInput(store, {}, nullptr), Calendar::current());
+  RichTitles richTitles(unarchiveRuns);
+  return buildStatusMenu(menuInput(store, {}, &richTitles), Calendar::current());
 }
 
 } // namespace tockwise

@@ -59,8 +59,7 @@ Result<void> checkArguments(const Invocation& invocation) {
   const bool hasInstead =
       command.insteadOfArgument &&
       invocation.reminderOptions.contains(QString::fromUtf16(command.insteadOfArgument));
-  const bool isTwice = hasInstead && !invocation.arguments.value(0).isEmpty();
-  if (count >= command.fewestArguments - (hasInstead ? 1 : 0) && !isTwice &&
+  if (count >= command.fewestArguments - (hasInstead ? 1 : 0) &&
       (command.mostArguments < 0 || count <= command.mostArguments))
     return {};
   return usage(QStringLiteral("usage: tockwise %1 %2")

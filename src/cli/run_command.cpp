@@ -235,7 +235,7 @@ int runCommand(const QStringList& words) {
   }
   // A command tells what happened in one line of its own.
   QLoggingCategory::setFilterRules(
-      QStringLiteral("tockwise.info=false\nqt.gui.imageio.warning=false"));
+      QStringLiteral("tockwise.info=false\nqt.gui.imageio*.warning=false"));
   // Here, where the caller's folder is: the application has another.
   if (const auto read = readRichOption(invocation->reminderOptions); !read)
     return fail(read.error());

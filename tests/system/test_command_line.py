@@ -3,9 +3,10 @@
 
 from command_line_contract import Contract
 from harness import SystemTest, main
+from rich_contract import RichContract
 
 
-class WithoutApplication(Contract, SystemTest):
+class WithoutApplication(Contract, RichContract, SystemTest):
     SESSION = {"display": False}
 
     def test_what_only_the_application_can_do_fails(self):

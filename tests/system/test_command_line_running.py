@@ -6,10 +6,11 @@ from datetime import datetime, timezone
 
 from command_line_contract import ALERT_KEYS, DATE, Contract, parse_date
 from harness import SystemTest, main
+from rich_contract import RichContract
 from session import PROGRAM
 
 
-class WithApplication(Contract, SystemTest):
+class WithApplication(Contract, RichContract, SystemTest):
     SESSION = {"tray": "status-notifier"}
 
     def setUp(self):

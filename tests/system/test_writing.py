@@ -3,27 +3,16 @@
 with a picture from the clipboard; then in the menu and in its alert."""
 
 import plistlib
-import struct
-import zlib
 
 from clipboard_owner import ClipboardOwner
 from harness import SystemTest, main
 from panel_menu import PanelMenu
+from pictures import png
 from screen import Screen
 
 PINK = (214, 51, 132)  # nothing else on the screen has this colour
 WIDE = 570  # pixels: twice of what a stored picture may have
 NARROW = 285
-
-
-def png(width, height, colour):
-    """A picture of one colour."""
-    def chunk(kind, data):
-        body = kind + data
-        return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
-    rows = (b"\0" + bytes(colour) * width) * height
-    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0))
-            + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
 
 
 class Editors:

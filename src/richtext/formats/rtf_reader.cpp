@@ -19,6 +19,7 @@ using Destination = RtfDestination;
 constexpr size_t kDeepest = 500;               // groups
 constexpr qsizetype kLongestWords = 64 * 1024; // of a name, an instruction
 constexpr qsizetype kMostAttachments = 1000;
+constexpr char kPlaceholder = '\xac'; // stands beside an attached file
 
 // Where the text of a group goes that starts with that word; nothing for other words.
 std::optional<Destination> destinationOf(QByteArrayView word) {
@@ -325,7 +326,7 @@ class RtfReader {
 
   void takeByte(char byte) {
     const QByteArrayView bytes(&byte, 1);
-    if (std::exchange(m_skipsPlaceholder, false))
+    if (std::exchange(m_skipsPlaceholder, false) && byte == kPlaceholder)
       return;
     if (m_state.destination == Destination::Text)
       m_text.addBytes(bytes, m_state);
@@ -341,7 +342,8 @@ class RtfReader {
       return;
     switch (m_state.destination) {
     case Destination::Text:
-      m_skipsPlaceholder = false;
+      if (std::exchange(m_skipsPlaceholder, false) && bytes.front() == kPlaceholder)
+        bytes = bytes.sliced(1);
       m_text.addBytes(bytes, m_state);
       break;
     case Destination::Picture:
@@ -376,7 +378,7 @@ class RtfReader {
   QString m_words;
   int m_skipped = 0;               // characters that stand for one in Unicode
   bool m_mayBeIgnored = false;     // \* came just before
-  bool m_skipsPlaceholder = false; // the character beside an attached file
+  bool m_skipsPlaceholder = false; // an attached file came just before
   bool m_isFinished = false;
   qsizetype m_attachments = 0;
   qsizetype m_attachedBytes = 0;

@@ -278,11 +278,38 @@ class RtfTest final : public QObject {
     QCOMPARE(text->text, QStringLiteral("a\u00acb\u00ac"));
   }
 
+  void onlyThePlaceholderBesideAFileGoes_data() {
+    QTest::addColumn<QByteArray>("beside");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("escaped") << QByteArray("\\'ac}b") << QStringLiteral("a\ufffcb");
+    QTest::newRow("as a byte") << QByteArray("\xac}b") << QStringLiteral("a\ufffcb");
+    QTest::newRow("none") << QByteArray("}b") << QStringLiteral("a\ufffcb");
+    QTest::newRow("another escape") << QByteArray("}\\'e9") << QStringLiteral("a\ufffc\u00e9");
+    QTest::newRow("twice") << QByteArray("\xac\xac}b") << QStringLiteral("a\ufffc\u00acb");
+  }
+  void onlyThePlaceholderBesideAFileGoes() {
+    QFETCH(QByteArray, beside);
+    QFETCH(QString, text);
+    const FileWrapper folder{
+        FileWrapper::Type::Folder,
+        {},
+        {},
+        {{FileWrapper::Type::RegularFile,
+          QStringLiteral("TXT.rtf"),
+          "{\\rtf1\\ansi a{{\\NeXTGraphic x.png}" + beside + "}",
+          {}},
+         {FileWrapper::Type::RegularFile, QStringLiteral("x.png"), pngOf({1, 1}), {}}}};
+    const auto read = fromRTFD(writeFileWrapper(folder));
+    QVERIFY(read);
+    QCOMPARE(read->text, text);
+  }
+
   void theContainerOfOtherProgramsIsRead() {
     const auto text = fromRTFD(fileContents(
         QStringLiteral(TOCKWISE_TEST_DATA "/archives/rtfd-synthetic/flat_rtfd_image_padded.bin")));
     QVERIFY(text);
-    QVERIFY(!text->isEmpty());
+    QCOMPARE(text->text, QStringLiteral("Before \ufffc after"));
+    QCOMPARE(text->runs[1].attributes.attachment->name, QStringLiteral("dot.png"));
     QVERIFY(!fromRTFD("rtfd").ok());
     QVERIFY(!fromRTFD({}).ok());
     QVERIFY(
