@@ -8,6 +8,8 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QImageReader>
+#include <QMimeDatabase>
 #include <QRegularExpression>
 
 namespace tockwise {
@@ -61,6 +63,23 @@ bool looksLikeHTML(const QString& text) {
   return tag.match(text.left(kLookedThrough)).hasMatch();
 }
 
+/// A page without a tag is known by its name alone.
+bool isNamedHTML(const QString& path) {
+  const QString suffix = QFileInfo(path).suffix();
+  return suffix.compare(u"html", Qt::CaseInsensitive) == 0 ||
+         suffix.compare(u"htm", Qt::CaseInsensitive) == 0;
+}
+
+// Why contents are no text: a picture has a reason of its own.
+QString reasonAgainst(const QByteArray& contents) {
+  const QString kind = QMimeDatabase().mimeTypeForData(contents).name();
+  if (!kind.startsWith(u"image/"))
+    return QStringLiteral("this is no HTML, RTF or picture file");
+  const bool isReadable = QImageReader::supportedMimeTypes().contains(kind.toLatin1());
+  return isReadable ? QStringLiteral("the picture is damaged")
+                    : QStringLiteral("pictures of the kind %1 cannot be read here").arg(kind);
+}
+
 bool isRTF(const QByteArray& contents) {
   const QByteArray start = contents.left(64).trimmed();
   return start.startsWith("{\\rtf") || start.startsWith("\xef\xbb\xbf{\\rtf");
@@ -74,16 +93,15 @@ Result<AttributedText> readRichFile(const QString& path) {
     return contents.error();
   if (pictureTypeOf(*contents))
     return pictureText(*contents, path);
-  Result<AttributedText> text =
-      error(Error::Kind::Damaged, path, QStringLiteral("this is no HTML, RTF or picture file"));
+  Result<AttributedText> text = Error{Error::Kind::Damaged, {}};
   if (isRTF(*contents))
     text = fromRTF(*contents);
   else if (contents->startsWith(QByteArrayView("rtfd\0\0\0\0", 8)))
     text = fromRTFD(*contents);
-  else if (const QString html = decodedHTML(*contents); looksLikeHTML(html))
+  else if (const QString html = decodedHTML(*contents); looksLikeHTML(html) || isNamedHTML(path))
     return fromHTML(html);
   else
-    return text;
+    return error(Error::Kind::Damaged, path, reasonAgainst(*contents));
   if (!text)
     return error(text.error().kind, path, text.error().message);
   return text;

@@ -44,6 +44,23 @@ class RichFileTest final : public QObject {
     QCOMPARE(read->text, text);
   }
 
+  void aPageWithoutATagIsToldByItsName() {
+    const auto read = readRichFile(write(QStringLiteral("page.HTM"), "Tea &amp; cake"));
+    QVERIFY(read);
+    QCOMPARE(read->text, QStringLiteral("Tea & cake"));
+  }
+
+  void aPictureThatCannotBeReadSaysWhy() {
+    const auto damaged = readRichFile(write(QStringLiteral("bad file"), headerOfPng({40, 40})));
+    QVERIFY(!damaged);
+    QVERIFY(damaged.error().message.endsWith(QStringLiteral("the picture is damaged")));
+    const auto unknown =
+        readRichFile(write(QStringLiteral("bad file"), QByteArray("8BPS\0\1\0\0\0\0\0\0", 12)));
+    QVERIFY(!unknown);
+    QVERIFY2(unknown.error().message.contains(QStringLiteral("photoshop cannot be read here")),
+             qPrintable(unknown.error().message));
+  }
+
   void aPictureKeepsItsFileName() {
     const auto read = readRichFile(write(QStringLiteral("my cup.png"), pngOf({2, 2})));
     QVERIFY(read);
