@@ -1,6 +1,7 @@
 // The subsystems connected: what happens to a reminder between the tick, the alert and the store.
 #include "app/alert_commands.h"
 #include "app/app_controller.h"
+#include "support/fake_pasteboard.h"
 #include "support/fakes.h"
 #include "support/test_environment.h"
 
@@ -61,7 +62,8 @@ class AppControllerTest : public QObject {
     m_controller = std::make_unique<AppController>(
         std::move(*store),
         Ports{std::move(prompter), std::move(sounds), std::make_unique<FakePowerEvents>(),
-              std::move(wakeTimer), std::move(workspace), std::move(scripts)});
+              std::move(wakeTimer), std::move(workspace), std::move(scripts),
+              std::make_unique<FakePasteboard>()});
     m_controller->start();
   }
   void cleanup() {
