@@ -1,26 +1,23 @@
 #include "app/app_controller.h"
 
-#include "app/about.h"
+#include "app/alert_commands.h"
+#include "app/menu_operations.h"
 #include "app/menu_source.h"
 #include "app/store_messages.h"
 #include "base/log.h"
 #include "dates/calendar.h"
-#include "dates/date_text.h"
 #include "menu/status_menu.h"
+#include "richtext/copy_text.h"
 #include "richtext/rich_runs.h"
 #include "richtext/text_document.h"
 
 #include <QCoreApplication>
-#include <QDesktopServices>
-#include <QJsonObject>
 
 #include <chrono>
-#include <map>
 
 namespace tockwise {
 namespace {
 
-constexpr double kRemindAgainSeconds = 600;
 // What fired is written when its window has reached the screen: writing ten thousand reminders
 // takes longer than opening it.
 constexpr std::chrono::milliseconds kAlertsFirst{20};
@@ -30,6 +27,13 @@ std::vector<OpenAlert> openAlerts(const AlertWindows& alerts) {
   for (const AlertEntry& entry : alerts.entries())
     open.push_back({entry.text, entry.reminderUUID});
   return open;
+}
+
+/// The desktop outlives what opens addresses with it.
+std::function<void(const QUrl&)> openingAddresses(Workspace& workspace) {
+  return [&workspace](const QUrl& address) {
+    workspace.openURL(address.toString(QUrl::FullyEncoded));
+  };
 }
 
 } // namespace
@@ -45,8 +49,16 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
       m_removeReminder(m_store->queue(), *m_ports.prompter, m_alerts,
                        [this](const QString& uuid) { return m_store->removeReminder(uuid); }),
       m_quitQuestion(*m_ports.prompter, m_alerts, [] { return qint64(0); }),
+      m_menuActions(*m_store, *m_ports.prompter,
+                    {[this] { m_alerts.hideAllCurrentAlerts(); },
+                     [this] { m_alerts.showAllCurrentAlerts(); }}),
+      m_editing(*m_store, DraftStore(DraftStore::folderOfUser()),
+                {m_store->preferences(), *m_ports.prompter, m_store->clock(),
+                 openingAddresses(*m_ports.workspace)}),
       m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter,
              [this] { m_store->saveDefaults(); }),
+      m_tasks(*m_ports.workspace, *m_ports.scriptHost),
+      m_runningScripts(*m_ports.scriptHost, m_store->clock()),
       m_firing(m_store->queue(), m_store->preferences(), m_store->clock(), *this),
       m_tick(m_store->queue(), m_firing, m_store->clock(), tickActions()),
       m_tickTimer(m_tick, *m_ports.wakeTimer, *m_ports.powerEvents, m_store->clock()),
@@ -75,8 +87,8 @@ void AppController::connectAll() {
   connect(&m_alerts, &AlertWindows::closed, this, &AppController::alertClosed);
   connect(&m_alerts, &AlertWindows::countChanged, this, &AppController::showState);
   connect(&m_alerts, &AlertWindows::remindAgainRequested, this, &AppController::remindAgain);
-  connect(&m_alerts, &AlertWindows::linkChosen, this,
-          [](const QUrl& address) { QDesktopServices::openUrl(address); });
+  connect(&m_alerts, &AlertWindows::linkChosen, this, openingAddresses(*m_ports.workspace));
+  connect(&m_editing, &ReminderEditing::changed, this, &AppController::dataChanged);
   connect(&m_tickTimer, &TickTimer::ticked, this, &AppController::showState);
   connect(&m_storeWatch, &StoreWatch::changed, &m_tickTimer, &TickTimer::poke);
   // Queued: a panel waits for the answer to its click, and a question may stay open for long.
@@ -95,6 +107,8 @@ void AppController::start() {
   tellNotice(m_store->loadReport());
   if (const auto& failure = m_store->preferences().writeFailure())
     tellWriteFailure(*failure);
+  // Asks: the program goes on meanwhile.
+  QTimer::singleShot(0, &m_editing, &ReminderEditing::offerDrafts);
 }
 
 void AppController::tellNotice(const StoreNotice& notice) {
@@ -104,6 +118,11 @@ void AppController::tellNotice(const StoreNotice& notice) {
 
 void AppController::tellWriteFailure(const Error& error) {
   m_ports.prompter->tell(QString::fromUtf16(kWriteFailureTitle), writeFailureText(error));
+}
+
+void AppController::dataChanged() {
+  Q_EMIT dataModified();
+  changed();
 }
 
 void AppController::changed() {
@@ -137,101 +156,55 @@ std::vector<MenuItem> AppController::menuItems() {
 }
 
 QJsonArray AppController::alertsJson() const {
-  QJsonArray array;
-  for (const AlertEntry& entry : m_alerts.entries()) {
-    const bool gone = !m_store->queue().indexOf(entry.reminderUUID);
-    array.append(QJsonObject{
-        {QStringLiteral("position"), entry.position + 1},
-        {QStringLiteral("uuid"), gone ? QJsonValue::Null : QJsonValue(entry.reminderUUID)},
-        {QStringLiteral("text"), entry.text},
-        {QStringLiteral("date"), iso8601UTC(entry.date)},
-        {QStringLiteral("shown"), entry.shown},
-        {QStringLiteral("rescheduled"), entry.rescheduled}});
-  }
-  return array;
-}
-
-Result<void> AppController::alertCommand(const QString& action, int position) {
-  const qsizetype index = position > 0 ? position - 1 : 0;
-  if (action == u"ok-all") {
-    m_alerts.okAll();
-    return {};
-  }
-  if (action == u"hide" && position == 0) {
-    m_alerts.hideAllCurrentAlerts();
-    return {};
-  }
-  if (action == u"show" && position == 0) {
-    m_alerts.showAllCurrentAlerts();
-    return {};
-  }
-  if (index >= m_alerts.count()) {
-    return Error{Error::Kind::NotFound, m_alerts.count() == 0
-                                            ? QStringLiteral("There Are No Current Alerts")
-                                            : QStringLiteral("there is no alert %1; %2 are open")
-                                                  .arg(position)
-                                                  .arg(m_alerts.count())};
-  }
-  // The buttons that an alert does not show are not to be pressed from outside either.
-  const bool rescheduled = m_alerts.entries()[size_t(index)].rescheduled;
-  if ((action == u"again" && rescheduled) || (action == u"delete" && !rescheduled)) {
-    return Error{Error::Kind::Refused,
-                 rescheduled ? QStringLiteral("this alert's reminder repeats by itself")
-                             : QStringLiteral("only the alert of a repeating reminder deletes it")};
-  }
-  if (action == u"ok")
-    return m_alerts.OK(index);
-  if (action == u"again")
-    return m_alerts.remindAgain(index);
-  if (action == u"delete")
-    return m_alerts.deleteReminder(index);
-  if (action == u"show")
-    return m_alerts.exposeCurrentAlert(index);
-  if (action == u"hide")
-    return m_alerts.hide(index);
-  return Error{Error::Kind::Usage, QStringLiteral("there is no alert action \"%1\"").arg(action)};
+  return alertsToJson(m_alerts, m_store->queue());
 }
 
 void AppController::perform(const MenuActivation& activation) {
-  using Operation = void (*)(AppController&, const MenuActivation&);
-  static const std::map<QString, Operation> operations{
-      {QStringLiteral("quit"),
-       [](AppController& self, const MenuActivation&) {
-         if (self.mayQuit(QuitMode::Ask))
-           self.quitNow();
-       }},
-      {QStringLiteral("about"),
-       [](AppController& self, const MenuActivation&) { tockwise::about(*self.m_ports.prompter); }},
-      {QStringLiteral("deleteMenuItem"),
-       [](AppController& self, const MenuActivation& chosen) {
-         self.deleteMenuItem(chosen.reminderUUID);
-       }},
-      {QStringLiteral("exposeCurrentAlert"),
-       [](AppController& self, const MenuActivation& chosen) {
-         if (const auto exposed = self.m_alerts.exposeCurrentAlert(chosen.tag); !exposed)
-           logLine(exposed.error().message);
-       }},
-      {QStringLiteral("showAllCurrentAlerts"),
-       [](AppController& self, const MenuActivation&) { self.m_alerts.showAllCurrentAlerts(); }},
-      {QStringLiteral("hideAllCurrentAlerts"),
-       [](AppController& self, const MenuActivation&) { self.m_alerts.hideAllCurrentAlerts(); }},
-      {QStringLiteral("closeAllCurrentAlerts"),
-       [](AppController& self, const MenuActivation&) { self.m_alerts.closeAllCurrentAlerts(); }}};
-  if (const auto operation = operations.find(activation.action); operation != operations.end()) {
-    operation->second(*this, activation);
-  } else if (const auto order = sortTypeOfAction(activation.action)) {
-    m_sort.sortBy(*order);
-    changed();
-  }
+  performMenuOperation(*this, activation);
+}
+
+void AppController::quit() {
+  if (mayQuit(QuitMode::Ask))
+    quitNow();
+}
+
+void AppController::sortBy(SortType order) {
+  m_sort.sortBy(order);
+  changed();
+}
+
+void AppController::toggle(const QString& setting) {
+  m_menuActions.toggle(setting);
+  changed();
+}
+
+void AppController::recentReminder(qsizetype position, const QString& title) {
+  if (const auto text = m_menuActions.recentText(position, title))
+    m_editing.newReminderS(*text);
+}
+
+void AppController::clearRecent() {
+  m_menuActions.clearRecent();
+  changed();
+}
+
+void AppController::clearQueue() {
+  if (m_menuActions.clearQueue())
+    dataChanged();
 }
 
 // removeReminder asks the question, once; the identity is found again where it stands.
 void AppController::deleteMenuItem(const QString& reminderUUID) {
   if (const auto index = m_store->queue().indexOf(reminderUUID)) {
     m_removeReminder.removeReminder(*index);
-    Q_EMIT dataModified();
-    changed();
+    dataChanged();
   }
+}
+
+void AppController::copyMenuItem(const QString& reminderUUID) {
+  const ReminderQueue& queue = m_store->queue();
+  if (const auto index = queue.indexOf(reminderUUID))
+    tockwise::copyMenuItem(queue->reminderRTFs.at(*index), *m_ports.pasteboard);
 }
 
 void AppController::showMenu() {
@@ -256,28 +229,22 @@ void AppController::saveNow() {
 
 void AppController::quitNow() {
   saveNow();
-  QCoreApplication::quit();
+  // quit() would close every window first: an open editor would ask whether to undo its changes,
+  // though its draft is kept, and could hold the program back.
+  QCoreApplication::exit();
 }
 
-// Until there is an editor to ask in, the request comes back ten minutes later.
 void AppController::remindAgain(const RemindAgainRequest& request) {
-  Reminder again;
-  again.reminderQueue = m_store->clock().now().plusSeconds(kRemindAgainSeconds);
-  again.reminderDescriptions = request.reminderMessage;
-  again.reminderRTFs = request.reminderRTFData;
-  again.reminderSendSMS = request.smsState;
-  again.reminderSendEmail = request.emailState;
-  m_store->appendReminder(std::move(again), ReminderStore::RecentEntry::Omit);
-  changed();
+  m_editing.remindAgain(request.reminderMessage, request.reminderRTFData);
 }
 
-// Tasks, mail and text messages have no subsystem yet: firing goes on to the alert, which shows
-// what the reminder itself is set to send.
+// What became of it is in the log.
 void AppController::doTask(const Task& task) {
-  if (!task.blank)
-    logLine(QStringLiteral("This version opens no tasks: %1").arg(task.path));
+  m_tasks.doTask(task);
 }
 
+// Mail and text messages have no subsystem yet: firing goes on to the alert, which shows what the
+// reminder itself is set to send.
 void AppController::sendEmailWithSubject(const QString&, const QString&) {
   logLine(QStringLiteral("This version sends no e-mail"));
 }

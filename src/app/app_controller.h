@@ -10,9 +10,13 @@
 #include "app/no_tray_hint.h"
 #include "app/ports.h"
 #include "app/store_watch.h"
+#include "editor/reminder_editing.h"
+#include "editor/running_scripts_window.h"
 #include "engine/firing.h"
+#include "engine/task_runner.h"
 #include "engine/tick.h"
 #include "engine/tick_timer.h"
+#include "menu/menu_actions.h"
 #include "menu/menu_item.h"
 #include "menu/rich_titles.h"
 #include "menu/sort/queue_sort.h"
@@ -40,12 +44,23 @@ class AppController final : public QObject, private FiringActions {
   /// The status menu as it would be shown now.
   std::vector<MenuItem> menuItems();
   QJsonArray alertsJson() const;
-  /// action: ok, again, delete, show, hide or ok-all; position: counted from 1, or 0 for the
-  /// oldest alert (show and hide: all of them).
-  Result<void> alertCommand(const QString& action, int position);
+  AlertWindows& alerts() { return m_alerts; }
+  ReminderEditing& editing() { return m_editing; }
+  Prompter& prompter() { return *m_ports.prompter; }
+  void showMenu();
+
   /// What a chosen menu item asks for; an action that is not available does nothing.
   void perform(const MenuActivation& activation);
-  void showMenu();
+  void quit();
+  void sortBy(SortType order);
+  /// Flips a display option.
+  void toggle(const QString& setting);
+  /// A new reminder from the recent text that stood at that position under that title.
+  void recentReminder(qsizetype position, const QString& title);
+  void clearRecent();
+  void clearQueue();
+  void deleteMenuItem(const QString& reminderUUID);
+  void copyMenuItem(const QString& reminderUUID);
 
   /// Whether the program may end now, after its question. Runs the event loop while it is open.
   bool mayQuit(QuitMode mode);
@@ -72,13 +87,13 @@ class AppController final : public QObject, private FiringActions {
   TickActions tickActions();
   void connectAll();
   MenuInput currentMenuInput(RichTitles* richTitles) const;
+  void dataChanged();
   void changed();
   void announce();
   void saveNow();
   void tellNotice(const StoreNotice& notice);
   void tellWriteFailure(const Error& error);
   void showState();
-  void deleteMenuItem(const QString& reminderUUID);
   void remindAgain(const RemindAgainRequest& request);
 
   std::unique_ptr<ReminderStore> m_store;
@@ -88,7 +103,11 @@ class AppController final : public QObject, private FiringActions {
   AlertWindows m_alerts;
   RemoveReminder m_removeReminder;
   QuitQuestion m_quitQuestion;
+  MenuActions m_menuActions;
+  ReminderEditing m_editing;
   QueueSort m_sort;
+  TaskRunner m_tasks;
+  RunningScriptsWindow m_runningScripts;
   Firing m_firing;
   Tick m_tick;
   TickTimer m_tickTimer;

@@ -3,11 +3,15 @@
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/bus_service.h"
+#include "app/old_text_conversion.h"
 #include "base/log.h"
 #include "menu/ui/clock_icon.h"
 #include "platform/canberra_sound_player.h"
+#include "platform/clipboard_pasteboard.h"
+#include "platform/desktop_workspace.h"
 #include "platform/logind_power_events.h"
 #include "platform/message_prompter.h"
+#include "platform/process_script_host.h"
 #include "platform/time/timerfd_wake_timer.h"
 
 #include <QApplication>
@@ -83,7 +87,7 @@ std::optional<Result<std::unique_ptr<ReminderStore>>> openStore(const Clock& clo
   for (;;) {
     if (isRunning() && showRunningOne())
       return std::nullopt;
-    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), clock);
+    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), clock, oldTextConversion());
     const bool held = !store && store.error().kind == Error::Kind::Busy;
     if (!held || waited.elapsed() > kPatience)
       return store;
@@ -91,9 +95,11 @@ std::optional<Result<std::unique_ptr<ReminderStore>>> openStore(const Clock& clo
   }
 }
 
-Ports linuxPorts() {
-  return {std::make_unique<MessagePrompter>(), std::make_unique<CanberraSoundPlayer>(),
-          std::make_unique<LogindPowerEvents>(), std::make_unique<TimerfdWakeTimer>()};
+Ports linuxPorts(const Clock& clock) {
+  return {std::make_unique<MessagePrompter>(),    std::make_unique<CanberraSoundPlayer>(),
+          std::make_unique<LogindPowerEvents>(),  std::make_unique<TimerfdWakeTimer>(),
+          std::make_unique<DesktopWorkspace>(),   std::make_unique<ProcessScriptHost>(clock),
+          std::make_unique<ClipboardPasteboard>()};
 }
 
 // Qt ends the program with a core dump where it finds no display.
@@ -126,7 +132,7 @@ int runApplication(int argc, char** argv) {
     return 0;
   if (!*opened)
     return failToStart(opened->error());
-  AppController controller(std::move(**opened), linuxPorts());
+  AppController controller(std::move(**opened), linuxPorts(clock));
   QObject root;
   new CommandAdaptor(&root, controller);
   new ApplicationAdaptor(&root, controller);

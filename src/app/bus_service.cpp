@@ -1,5 +1,6 @@
 #include "app/bus_service.h"
 
+#include "app/alert_commands.h"
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/command_service.h"
@@ -81,7 +82,7 @@ void CommandAdaptor::AlertCommand(const QString& action, int position,
   QMetaObject::invokeMethod(
       this,
       [this, action, position, message] {
-        const auto done = m_controller.alertCommand(action, position);
+        const auto done = alertCommand(m_controller.alerts(), action, position);
         QDBusConnection::sessionBus().send(done ? message.createReply()
                                                 : errorReply(message, done.error()));
       },
@@ -142,7 +143,7 @@ void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&) {
 void ApplicationAdaptor::ActivateAction(const QString& name, const QVariantList&,
                                         const QVariantMap&) {
   if (name == u"quit")
-    m_controller.perform({QStringLiteral("quit"), 0, {}, {}});
+    m_controller.quit();
   else
     m_controller.showMenu();
 }

@@ -1,27 +1,12 @@
 #include "app/menu_source.h"
 
+#include "app/menu_operations.h"
 #include "dates/calendar.h"
 #include "menu/status_menu.h"
 #include "menu/status_menu_tables.h"
 
 namespace tockwise {
 namespace {
-
-// The operations that AppController carries out; the menu shows all others disabled.
-QSet<QString> availableActions() {
-  QSet<QString> actions{
-      QStringLiteral("quit"),
-      QStringLiteral("about"),
-      QStringLiteral("deleteMenuItem"),
-      QStringLiteral("exposeCurrentAlert"),
-      QStringLiteral("showAllCurrentAlerts"),
-      QStringLiteral("hideAllCurrentAlerts"),
-      QStringLiteral("closeAllCurrentAlerts"),
-  };
-  for (const auto& item : menu_tables::fixedItems(MenuItemKind::SortOrder))
-    actions.insert(QString::fromUtf16(item.action));
-  return actions;
-}
 
 // Null for a setting that names no order; unlike asking the sort, looking at it does not beep.
 QString orderText(qint64 sortType) {
@@ -52,7 +37,7 @@ MenuInput menuInput(const ReminderStore& store, std::vector<OpenAlert> openAlert
   input.sortTypeText = orderText(store.preferences().integer(QStringLiteral("sortType")));
   input.now = store.clock().now();
   input.richTitles = richTitles;
-  input.availableActions = availableActions();
+  input.availableActions = availableMenuOperations();
   return input;
 }
 

@@ -4,6 +4,7 @@
 #include "app/json.h"
 #include "app/menu_source.h"
 #include "app/offline_order.h"
+#include "app/old_text_conversion.h"
 
 #include <functional>
 #include <map>
@@ -61,7 +62,7 @@ StoreBackend::~StoreBackend() = default;
 
 Result<std::unique_ptr<StoreBackend>> StoreBackend::open(const PreferencesStore::Paths& paths,
                                                          const Clock& clock) {
-  auto store = ReminderStore::open(paths, clock);
+  auto store = ReminderStore::open(paths, clock, oldTextConversion());
   if (!store)
     return store.error();
   putInOrder(**store);

@@ -1,7 +1,7 @@
 // The date and time of a reminder: typed in a field, or picked on a calendar and a clock face.
 #pragma once
 
-#include "base/date.h"
+#include "base/clock.h"
 
 #include <QWidget>
 
@@ -9,7 +9,8 @@
 
 namespace tockwise {
 
-/// Main thread. One date, shown everywhere; in the user's time zone and locale.
+/// Main thread. One date, shown everywhere; in the user's time zone and locale, as they are at the
+/// time. Giving it the keyboard gives it to the field.
 class DatePicker final : public QWidget {
   Q_OBJECT
  public:
@@ -19,16 +20,26 @@ class DatePicker final : public QWidget {
 
   /// Compact until it is set.
   void setStyle(Style style);
+  /// What tells today and the time to begin with when "Never" is left; must outlive the picker.
+  /// The system's until it is set.
+  void setClock(const Clock& clock);
 
-  /// With its seconds and fractions until the user changes it. The distant future reads
-  /// "Never" and is a date that does not come.
+  /// The date as it was set, with its seconds and fractions, until the user picks another, which
+  /// is a whole minute. The distant future and everything after it read "Never": typing or
+  /// picking then goes on from the date shown before, while that is still to come, else from the
+  /// next whole minute; a step in the field shows that date.
   Date date() const;
   void setDate(Date date);
-  /// Moves what is shown by that many seconds.
+  /// Moves the date by exactly that many seconds.
   void stepBy(qint64 seconds);
 
  Q_SIGNALS:
+  /// After every change, whoever made it.
   void dateChanged(tockwise::Date date);
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
   class Private;

@@ -22,10 +22,10 @@ enum class EditorPurpose {
 struct ReminderDraft {
   QString identifier; // of the draft itself, a UUID
   EditorPurpose purpose = EditorPurpose::NewReminder;
-  QString reminderUUID;    // of the reminder being edited, or ""
-  Date reminderDate;       // as picked, seconds not yet cut
-  QString reminderText;    // plain
-  QByteArray RTFData;      // archived rich text, or empty
+  QString reminderUUID; // of the reminder being edited, or ""
+  Date reminderDate;    // as picked, seconds not yet cut
+  QString reminderText; // plain
+  QByteArray RTFData;   // archived rich text, or empty
   Interval reminderInterval = kBlankInterval;
   Extra reminderExtra;
   Offset reminderOffset = kBlankOffset;
@@ -36,19 +36,26 @@ struct ReminderDraft {
 };
 
 /// Drafts on the disk: one binary property list each, mode 0600, in a folder of their own, written
-/// atomically. Main thread.
+/// atomically. One process at a time; main thread.
 class DraftStore {
  public:
-  /// folder: …/tockwise/drafts below XDG_STATE_HOME.
   explicit DraftStore(QString folder);
+  /// …/tockwise/drafts below XDG_STATE_HOME.
   static QString folderOfUser();
 
+  /// Writes the draft, over what was kept under its identifier. Refused when that is no name for a
+  /// file (a UUID is), Storage when it cannot be written.
   Result<void> keep(const ReminderDraft& draft);
+  /// Nothing happens when there is none. A failure is logged.
   void remove(const QString& identifier);
-  /// What earlier sessions left, oldest first. A damaged one is put aside and logged, not lost.
+  /// What earlier sessions left, the one least lately kept first. A damaged one is logged and put
+  /// aside under another name; one that cannot be read, or was kept by a newer version, is logged
+  /// and stays.
   std::vector<ReminderDraft> kept() const;
 
  private:
+  QString path(const QString& identifier) const;
+
   QString m_folder;
 };
 

@@ -10,7 +10,8 @@
 
 namespace tockwise {
 
-/// Main thread. Opens over its parent window and does not block others.
+/// Main thread. Opens over its parent window and blocks no other; accepted() when a task was
+/// confirmed, rejected() when the window was closed. Read the accessors then.
 class TaskWindowController final : public QDialog {
   Q_OBJECT
  public:
@@ -23,6 +24,17 @@ class TaskWindowController final : public QDialog {
   /// Whether the user confirmed a task, or closed the window.
   bool addTask() const;
   bool didClose() const;
+
+  /// Takes type and path, and closes the window. Without a path it beeps and the window stays.
+  void addTaskAction();
+  /// Lets the user choose a file (for an application: its desktop entry or program) in a dialog
+  /// that takes the window's place meanwhile, and puts its path into the field.
+  void browse();
+  /// Closes the window without a task.
+  void reject() override;
+
+ protected:
+  void showEvent(QShowEvent* event) override;
 
  private:
   class Private;

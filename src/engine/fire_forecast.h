@@ -17,13 +17,26 @@ struct FireRule {
   friend bool operator==(const FireRule&, const FireRule&) = default;
 };
 
-/// The first moment not before now at which an alert of this rule will open, found by the rules
-/// that firing follows (including that a one-shot reminder which its rule holds back is tried
-/// again as firing does); nothing when there is none.
+// All of these: any one thread per calendar.
+
+/// The first moment not before now at which an alert of a reminder with this rule, saved now and
+/// not fired yet, opens: found by the steps that the ticks and firing take, in a few milliseconds
+/// at most whatever the rule. Nothing when there is none: its date is the distant future or later,
+/// or the extra rule refuses every occurrence (of the next thousands, which is decades).
 std::optional<Date> nextFiring(const FireRule& rule, Date now, const Calendar& calendar);
 
 /// One line: "Fires Tue 3/4/2025 09:05 AM, then every week on Mon and Tue between 09:00 and 17:00",
-/// or why it never will.
+/// or why it never will ("Never fires: no weekday is allowed").
 QString firesText(const FireRule& rule, Date now, const Calendar& calendar);
+
+/// "every week", "every 2 days", "every 1 month, 2 days and 3 hours"; "" for one that does not
+/// repeat.
+QString intervalText(const Interval& interval);
+
+/// "on Mon and Tue between 09:00 and 17:00", "on weekdays", "on no weekday"; "" for the blank one.
+QString extraText(const Extra& extra);
+
+/// "1 day before", "2 hours and 30 minutes before"; "" for none.
+QString offsetText(const Offset& offset);
 
 } // namespace tockwise

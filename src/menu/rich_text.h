@@ -19,7 +19,14 @@ struct RichAttachment {
   int height = 0;  // pixels
   QByteArray data; // the picture as stored, for renderers; empty when they need not show it
 
-  friend bool operator==(const RichAttachment&, const RichAttachment&) = default;
+  friend bool operator==(const RichAttachment& one, const RichAttachment& other) {
+    // Mostly the very same bytes, perhaps many: then there is nothing to compare.
+    const bool isSameData =
+        one.data.size() == other.data.size() &&
+        (one.data.constData() == other.data.constData() || one.data == other.data);
+    return isSameData && one.name == other.name && one.bytes == other.bytes &&
+           one.width == other.width && one.height == other.height;
+  }
 };
 
 /// Each attribute only where it is set.

@@ -24,8 +24,9 @@ struct ScriptEnd {
   quint64 id = 0;
   QString path;
   How how = How::Exited;
-  int exitStatus = 0; // of Exited
+  int exitStatus = 0; // of Exited; of Crashed, the signal
   QString output;     // what it wrote, both channels, cut in the middle when it is long
+  QString reason;     // of NotStarted, one sentence
 };
 
 /// Main thread.
@@ -34,10 +35,11 @@ class ScriptHost : public QObject {
  public:
   using QObject::QObject;
   /// Starts it; the id of the run, which ends with finished() in any case, also when it could not
-  /// be started.
+  /// be started. Never waits: neither signal comes before run() has returned.
   virtual quint64 run(const QString& path) = 0;
+  /// The oldest first.
   virtual std::vector<RunningScript> running() const = 0;
-  /// Ends it and what it started: first asks, then kills.
+  /// Ends it and what it started: first asks, then kills. An id that does not run is ignored.
   virtual void stop(quint64 id) = 0;
 
  Q_SIGNALS:

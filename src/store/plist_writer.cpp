@@ -3,12 +3,13 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 namespace tockwise::plist {
 namespace {
 
-constexpr qsizetype kSmallContainer = 16; // references; larger ones are hardly ever equal
+constexpr qsizetype kSmallContainer = 32; // references; larger ones are hardly ever equal
 constexpr qsizetype kSmallData = 64;      // bytes; the same
 
 int bytesFor(quint64 largest) {
@@ -28,9 +29,16 @@ Writer::Writer() {
   m_scalars.reserve(1 << 16);
 }
 
+// Big-endian, in the first size bytes at to.
+void Writer::putNumber(char* to, quint64 value, int size) {
+  for (int i = size - 1; i >= 0; --i, value >>= 8)
+    to[i] = char(value & 0xFF);
+}
+
 void Writer::appendNumber(QByteArray& to, quint64 value, int size) {
-  for (int shift = 8 * (size - 1); shift >= 0; shift -= 8)
-    to.append(char(value >> shift & 0xFF));
+  std::array<char, sizeof(value)> bytes{};
+  putNumber(bytes.data(), value, size);
+  to.append(bytes.data(), size);
 }
 
 // One, two and four bytes are unsigned, eight are signed.
@@ -123,6 +131,7 @@ Writer::Object Writer::container(quint8 marker, quint32 size, std::span<const Ob
   const qsizetype references = qsizetype(first.size()) + qsizetype(second.size());
   QByteArray identity;
   if (references <= kSmallContainer) {
+    identity.reserve(1 + references * qsizetype(sizeof(Object)));
     identity.append(char(marker));
     for (const auto part : {first, second})
       identity.append(reinterpret_cast<const char*>(part.data()), qsizetype(part.size_bytes()));
@@ -194,13 +203,20 @@ QByteArray Writer::finish(Object root) const {
     }
     appendMarker(file, entry.marker, entry.size);
     const quint64 references = entry.marker == 0xD0 ? 2 * quint64(entry.size) : entry.size;
-    for (quint64 i = 0; i < references; ++i)
-      appendNumber(file, m_references[entry.start + i], referenceSize);
+    const qsizetype start = file.size();
+    file.resize(start + qsizetype(references) * referenceSize);
+    char* to = file.data() + start;
+    for (quint64 i = 0; i < references; ++i, to += referenceSize)
+      putNumber(to, m_references[entry.start + i], referenceSize);
   }
   const quint64 table = quint64(file.size());
   const int offsetSize = bytesFor(table);
-  for (const quint64 offset : offsets)
-    appendNumber(file, offset, offsetSize);
+  file.resize(file.size() + qsizetype(offsets.size()) * offsetSize);
+  char* entryAt = file.data() + table;
+  for (const quint64 offset : offsets) {
+    putNumber(entryAt, offset, offsetSize);
+    entryAt += offsetSize;
+  }
   file.append(QByteArray(6, '\0'));
   file.append(char(offsetSize));
   file.append(char(referenceSize));

@@ -48,6 +48,7 @@ class Writer {
   Object scalar(const QByteArray& encoded);
   Object container(quint8 marker, quint32 size, std::span<const Object> first,
                    std::span<const Object> second);
+  static void putNumber(char* to, quint64 value, int size);
   static void appendNumber(QByteArray& to, quint64 value, int size);
   static void appendInteger(QByteArray& to, qint64 value);
   static void appendMarker(QByteArray& to, quint8 marker, quint64 count);

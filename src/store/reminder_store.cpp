@@ -9,6 +9,7 @@ namespace tockwise {
 namespace {
 
 const QString kDataVersion = QStringLiteral("dataVersion");
+const QString kReminderRTFs = QStringLiteral("reminderRTFs");
 const QString kRecentReminders = QStringLiteral("recentReminders");
 const QString kICalCalendars = QStringLiteral("iCalCalendars");
 const QString kSendEmail = QStringLiteral("sendEmail");
@@ -34,6 +35,18 @@ bool fillMissing(Columns& columns, Date now) {
   const bool filled = columns.reminderUUID.isEmpty() && count > 0;
   fillIfEmpty(columns.reminderUUID, count, [] { return UUIDString(); });
   return filled;
+}
+
+// A conversion gives as many texts as it was given.
+void replaceTexts(Columns& columns, const Value& texts) {
+  const auto* converted = texts.get<Value::Array>();
+  auto& values = ReminderQueue::valuesOf(columns.reminderRTFs);
+  if (!converted || converted->size() != values.size())
+    return;
+  for (size_t i = 0; i < values.size(); ++i) {
+    if (const auto* text = (*converted)[i].get<QByteArray>())
+      values[i] = *text;
+  }
 }
 
 // An identifier names one reminder: a second one of the same name, or none, gets its own.
@@ -82,8 +95,9 @@ std::map<QString, Value> registeredDefaults() {
 
 class ReminderStore::Private final : public StoreSection {
  public:
-  Private(std::unique_ptr<PreferencesStore> preferences, const Clock& clock)
-      : clock(clock), preferences(std::move(preferences)) {}
+  Private(std::unique_ptr<PreferencesStore> preferences, const Clock& clock,
+          OldTextConversion convert)
+      : clock(clock), preferences(std::move(preferences)), convert(std::move(convert)) {}
 
   // The queue, and what is saved beside it.
   QStringList keys() const override { return columnKeys() << kRecentReminders; }
@@ -93,19 +107,33 @@ class ReminderStore::Private final : public StoreSection {
   void writeTo(plist::Writer& writer, std::vector<plist::Writer::Object>& keys,
                std::vector<plist::Writer::Object>& values) const override;
 
+  std::optional<Value> convertedTexts(const plist::Reader& reader) const;
   ReminderQueue::Pads pads() const {
     return {clock.now(), preferences->boolean(kSendEmail), preferences->boolean(kSendSMS)};
   }
 
   const Clock& clock;
   std::unique_ptr<PreferencesStore> preferences;
+  OldTextConversion convert; // of the file as it was opened; none for what others write later
   ReminderQueue queue;
   RecentReminders recentReminders;
 };
 
+// The old rich text of the reader's file in today's form; nothing when it stays as it is.
+std::optional<Value> ReminderStore::Private::convertedTexts(const plist::Reader& reader) const {
+  if (!convert || reader.find(reader.root(), kDataVersion))
+    return std::nullopt;
+  const auto stored = reader.find(reader.root(), kReminderRTFs);
+  return stored ? convert(reader.value(*stored)) : std::nullopt;
+}
+
 StoreSection::Reading ReminderStore::Private::readFrom(const plist::Reader& reader) {
+  const auto texts = convertedTexts(reader);
   DecodedColumns decoded = decodeColumns(reader, reader.root(), pads());
+  if (texts)
+    replaceTexts(decoded.columns, *texts);
   Reading reading{decoded.foreignElements, fillMissing(decoded.columns, clock.now())};
+  reading.repaired = reading.repaired || texts.has_value();
   queue.setColumns(std::move(decoded.columns));
   const quint64 asRead = queue.revision();
   queue.syncArrays(pads());
@@ -128,14 +156,16 @@ ReminderStore::ReminderStore(std::unique_ptr<Private> d) : d(std::move(d)) {}
 ReminderStore::~ReminderStore() = default;
 
 Result<std::unique_ptr<ReminderStore>> ReminderStore::open(const PreferencesStore::Paths& paths,
-                                                           const Clock& clock) {
+                                                           const Clock& clock,
+                                                           OldTextConversion convert) {
   auto preferences = PreferencesStore::open(paths, clock);
   if (!preferences)
     return preferences.error();
-  auto d = std::make_unique<Private>(std::move(*preferences), clock);
+  auto d = std::make_unique<Private>(std::move(*preferences), clock, std::move(convert));
   PreferencesStore& store = *d->preferences;
   store.registerDefaults(registeredDefaults());
   store.attach(*d);
+  d->convert = nullptr;
   store.setValue(kDataVersion, QStringLiteral(TOCKWISE_VERSION));
   store.synchronize();
   return std::unique_ptr<ReminderStore>(new ReminderStore(std::move(d)));

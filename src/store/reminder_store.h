@@ -8,9 +8,15 @@
 #include "store/recent_reminders.h"
 #include "store/reminder_queue.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace tockwise {
+
+/// Converts the stored reminderRTFs, an array, of a release that stored no dataVersion; nothing
+/// leaves them as they are.
+using OldTextConversion = std::function<std::optional<Value>(const Value&)>;
 
 /// The defaults registered before anything is read.
 std::map<QString, Value> registeredDefaults();
@@ -19,9 +25,10 @@ std::map<QString, Value> registeredDefaults();
 class ReminderStore {
  public:
   /// Opens and loads, in this order: defaults, conversion of old rich text when the store has no
-  /// dataVersion, dataVersion, the columns with their fillings, syncArrays.
-  static Result<std::unique_ptr<ReminderStore>> open(const PreferencesStore::Paths& paths,
-                                                     const Clock& clock);
+  /// dataVersion, dataVersion, the columns with their fillings, syncArrays. convert is called at
+  /// most once, and never again for a store that was opened with or without success.
+  static Result<std::unique_ptr<ReminderStore>>
+  open(const PreferencesStore::Paths& paths, const Clock& clock, OldTextConversion convert = {});
   ~ReminderStore();
 
   ReminderQueue& queue();

@@ -24,13 +24,17 @@ FIRINGS = 5
 FIRST_FIRING = 8  # seconds after the store was written; 10,000 reminders are loaded by then
 BETWEEN_FIRINGS = 3
 MENU_SECONDS = 20
+EDITORS = 7
 LONGEST_SETTLING = 20  # seconds
 HOUR = 3600
+MEASUREMENTS = ["starts", "idle", "firing", "open_menu", "editor"]
 
 
 def import_harness(program):
     os.environ["TOCKWISE"] = program
-    global INTERFACE, Session, XEmbedTray, wait_for, reminder, write_store, use_of, memory_of
+    global INTERFACE, PanelMenu, Session, XEmbedTray, wait_for, reminder, write_store, use_of
+    global memory_of
+    from panel_menu import PanelMenu
     from process_figures import memory_of, use_of
     from session import INTERFACE, Session
     from stores import reminder, write_store
@@ -222,18 +226,45 @@ class Bench:
                      "%", 3, f"{used.wakes / MENU_SECONDS:.1f} wake-ups a second")
             session.desktop.press("Escape")
 
+    def editor(self):
+        """From the choice of "New Reminder..." in a panel's menu to the editor on the screen."""
+        with Session(tray="status-notifier") as session:
+            write_store(session, far_reminders(1000))
+            session.start_application()
+            session.tockwise("prefs", "set", "showUndoChangesAlert", "NO")
+            menu = PanelMenu(session)
+            self.settle(session.application.pid)
+            watch = MapWatch(session.environment["DISPLAY"])
+            took = []
+            for _ in range(EDITORS):
+                identifier = menu.identifier("New Reminder...")
+                seen = len(watch.mapped)
+                chosen = time.time()
+                menu.click(identifier)
+                wait_for(lambda: len(watch.mapped) > seen, "the editor's window")
+                took.append(1000 * (watch.mapped[seen] - chosen))
+                window = wait_for(lambda: session.desktop.window_titled("New Reminder"),
+                                  "the editor")
+                wait_for(lambda: session.desktop.active_window() == window.identifier,
+                         "the editor's keyboard")
+                session.desktop.press("Escape")
+                wait_for(lambda: not session.desktop.window_titled("New Reminder"),
+                         "the editor's end")
+            self.add("editor open from the menu's click", statistics.median(took), "ms", 150,
+                     f"first {took[0]:.1f} ms, best {min(took):.1f} ms")
+
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("--program", required=True)
     parser.add_argument("--bare", required=True)
     parser.add_argument("--out", required=True)
-    parser.add_argument("--only", choices=["starts", "idle", "firing", "open_menu"])
+    parser.add_argument("--only", choices=MEASUREMENTS)
     parser.add_argument("--idle", type=int, default=120, help="seconds of idling")
     arguments = parser.parse_args()
     import_harness(arguments.program)
     bench = Bench(arguments.bare, arguments.idle)
-    for name in ["starts", "idle", "firing", "open_menu"]:
+    for name in MEASUREMENTS:
         if arguments.only in (None, name):
             print(f"measuring: {name}", file=sys.stderr)
             getattr(bench, name)()

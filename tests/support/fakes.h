@@ -4,8 +4,10 @@
 #include "engine/firing.h"
 #include "ports/power_events.h"
 #include "ports/prompter.h"
+#include "ports/script_host.h"
 #include "ports/sound_player.h"
 #include "ports/wake_timer.h"
+#include "ports/workspace.h"
 
 #include <deque>
 #include <functional>
@@ -69,6 +71,58 @@ class FakeWakeTimer final : public WakeTimer {
     Q_EMIT expired();
   }
   void changeClock() { Q_EMIT clockChanged(); }
+};
+
+/// Opens nothing.
+class FakeWorkspace final : public Workspace {
+ public:
+  QStringList calls; // "openURL http://example.org", …
+  bool succeeds = true;
+
+  bool openURL(const QString& address) override { return note("openURL ", address); }
+  bool openFile(const QString& path) override { return note("openFile ", path); }
+  bool openMediaFile(const QString& path) override { return note("openMediaFile ", path); }
+  bool launchApplication(const QString& application) override {
+    return note("launchApplication ", application);
+  }
+
+ private:
+  bool note(const char* operation, const QString& what) {
+    calls += QString::fromLatin1(operation) + what;
+    return succeeds;
+  }
+};
+
+/// Scripts that run until the test ends them.
+class FakeScriptHost final : public ScriptHost {
+ public:
+  std::vector<RunningScript> scripts;
+  std::vector<quint64> stopped;
+  Date now;
+  double timeLimit = 300; // seconds
+
+  quint64 run(const QString& path) override {
+    scripts.push_back({++m_lastId, path, now, now.plusSeconds(timeLimit)});
+    Q_EMIT started(scripts.back());
+    return m_lastId;
+  }
+  std::vector<RunningScript> running() const override { return scripts; }
+  void stop(quint64 id) override { stopped.push_back(id); }
+  void end(quint64 id, ScriptEnd::How how = ScriptEnd::How::Exited, const QString& output = {}) {
+    ScriptEnd ended;
+    for (const RunningScript& script : scripts) {
+      if (script.id == id)
+        ended.path = script.path;
+    }
+    std::erase_if(scripts, [&](const RunningScript& script) { return script.id == id; });
+    ended.id = id;
+    ended.how = how;
+    ended.output = output;
+    Q_EMIT finished(ended);
+  }
+
+ private:
+  quint64 m_lastId = 0;
 };
 
 class RecordingFiringActions final : public FiringActions {

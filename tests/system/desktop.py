@@ -96,6 +96,11 @@ class Desktop:
             xtest.fake_input(self._display, X.KeyRelease, code)
         self._display.sync()
 
+    def type(self, text):
+        """Types small letters, digits and blanks."""
+        for character in text:
+            self.press("space" if character == " " else character)
+
     def activate(self, window):
         """Gives the window the keyboard, as a click on a task bar does."""
         from Xlib.protocol import event

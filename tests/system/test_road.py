@@ -5,14 +5,10 @@ sound, put off, dismissed, and still there after the next start."""
 import re
 from datetime import datetime
 
-from gi.repository import GLib
-
 from harness import SystemTest, main, next_minute
+from panel_menu import WATCHER, PanelMenu, registered_items
 from session import TRAY_SELECTION
 
-WATCHER = "org.kde.StatusNotifierWatcher"
-ITEM = "org.kde.StatusNotifierItem"
-DBUS_MENU = "com.canonical.dbusmenu"
 COUNTDOWN = re.compile(r"(?:(\d+) minutes, )?(\d+) seconds")
 AUDIBLE = 1000  # of 32768
 
@@ -103,27 +99,14 @@ class StatusNotifierTray(Road, SystemTest):
 
     def start(self):
         super().start()
-        items = self.wait_for(self.items, "the tray item")
-        self.assertEqual(len(items), 1)
-        name, path = items[0].split("/", 1)
-        self.menu = (name, self.session.bus.property(name, "/" + path, ITEM, "Menu"))
+        self.menu = PanelMenu(self.session)
+        self.assertEqual(len(self.items()), 1)
 
     def items(self):
-        return self.session.bus.property(WATCHER, "/StatusNotifierWatcher", WATCHER,
-                                         "RegisteredStatusNotifierItems")
-
-    def call_menu(self, method, arguments):
-        name, path = self.menu
-        return self.session.bus.call(name, path, DBUS_MENU, method, arguments)
-
-    def labels(self):
-        """The titles of the exported menu's first level, as a panel reads them."""
-        self.call_menu("AboutToShow", GLib.Variant("(i)", (0,)))
-        layout = self.call_menu("GetLayout", GLib.Variant("(iias)", (0, 1, [])))[1]
-        return [child[1].get("label", "").replace("__", "_") for child in layout[2]]
+        return registered_items(self.session)
 
     def countdown(self):
-        matches = filter(None, map(COUNTDOWN.fullmatch, self.labels()))
+        matches = filter(None, map(COUNTDOWN.fullmatch, self.menu.labels()))
         return next((int(each[1] or 0) * 60 + int(each[2]) for each in matches), None)
 
     def test_a_tray_that_comes_later_is_found(self):

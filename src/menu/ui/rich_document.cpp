@@ -1,7 +1,9 @@
 #include "menu/ui/rich_document.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QBuffer>
 #include <QImage>
+#include <QImageReader>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionMenuItem>
@@ -47,15 +49,28 @@ QTextCharFormat formatOf(const RichAttributes& attributes) {
   return format;
 }
 
+/// The picture no larger than titles show it; made smaller while it is decoded where its kind
+/// allows that, for a photograph takes long.
+QImage titlePicture(const RichAttachment& attachment) {
+  QByteArray data = attachment.data;
+  QBuffer buffer(&data);
+  buffer.open(QIODevice::ReadOnly);
+  QImageReader reader(&buffer);
+  reader.setAutoTransform(true);
+  const QSize size = reader.size(); // before the picture is turned upright
+  const bool isTurned = reader.transformation() & QImageIOHandler::TransformationRotate90;
+  const QSize most = isTurned ? kLargestPicture.transposed() : kLargestPicture;
+  if (size.width() > most.width() || size.height() > most.height())
+    reader.setScaledSize(size.scaled(most, Qt::KeepAspectRatio).expandedTo({1, 1}));
+  return reader.read();
+}
+
 void insertAttachment(QTextCursor& cursor, const RichAttachment& attachment) {
-  QImage picture = QImage::fromData(attachment.data);
-  if (picture.isNull()) {
+  const QImage picture = attachment.data.isEmpty() ? QImage() : titlePicture(attachment);
+  if (picture.isNull())
     cursor.insertText(QStringLiteral("[%1]").arg(attachment.name));
-    return;
-  }
-  if (picture.width() > kLargestPicture.width() || picture.height() > kLargestPicture.height())
-    picture = picture.scaled(kLargestPicture, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-  cursor.insertImage(picture);
+  else
+    cursor.insertImage(picture);
 }
 
 double luminance(const QColor& color) {

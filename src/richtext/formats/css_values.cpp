@@ -20,7 +20,7 @@ struct Unit {
   double points;
 };
 constexpr Unit kUnits[] = {
-    {u"pt", 1}, {u"px", kPointsOfPixel}, {u"in", 72}, {u"cm", 72 / 2.54}, {u"mm", 72 / 25.4},
+    {u"pt", 1},  {u"px", kPointsOfPixel},  {u"in", 72}, {u"cm", 72 / 2.54}, {u"mm", 72 / 25.4},
     {u"pc", 12}, {u"rem", kPlainFontSize},
 };
 constexpr Unit kRelativeUnits[] = {{u"em", 1}, {u"ex", 0.5}, {u"ch", 0.5}, {u"%", 0.01}};
@@ -30,7 +30,7 @@ struct SizeName {
   double points;
 };
 constexpr SizeName kSizeNames[] = {
-    {u"xx-small", 7}, {u"x-small", 7.5}, {u"small", 10}, {u"medium", 12},
+    {u"xx-small", 7}, {u"x-small", 7.5}, {u"small", 10},    {u"medium", 12},
     {u"large", 13.5}, {u"x-large", 18},  {u"xx-large", 24}, {u"xxx-large", 36},
 };
 
@@ -98,7 +98,9 @@ std::optional<double> htmlLength(QStringView text, double size) {
   if (!valid || !std::isfinite(number))
     return std::nullopt;
   const QStringView unit = QStringView(lower).mid(digits);
-  double points = kPointsOfPixel; // a number alone, as attributes have it
+  std::optional<double> points;
+  if (unit.isEmpty())
+    points = kPointsOfPixel; // as attributes have it
   for (const Unit& each : kUnits) {
     if (unit == QStringView(each.name))
       points = each.points;
@@ -107,7 +109,9 @@ std::optional<double> htmlLength(QStringView text, double size) {
     if (unit == QStringView(each.name))
       points = each.points * size;
   }
-  return std::clamp(number * points, -kLongestLength, kLongestLength);
+  if (!points)
+    return std::nullopt;
+  return std::clamp(number * *points, -kLongestLength, kLongestLength);
 }
 
 std::optional<quint32> htmlColor(QStringView text) {

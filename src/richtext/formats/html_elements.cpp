@@ -10,9 +10,9 @@
 namespace tockwise {
 namespace {
 
-constexpr double kListIndent = 36;       // points of each level
-constexpr double kMarkerIndent = 11;     // of the marker within its level
-constexpr double kQuoteIndent = 30;      // points
+constexpr double kListIndent = 36;   // points of each level
+constexpr double kMarkerIndent = 11; // of the marker within its level
+constexpr double kQuoteIndent = 30;  // points
 constexpr std::array<double, 6> kHeadingSizes{24, 18, 14, 12, 10, 8};
 constexpr std::array<double, 7> kNumberedSizes{7.5, 10, 12, 13.5, 18, 24, 36}; // of <font size>
 
@@ -62,8 +62,8 @@ void applyList(const HtmlToken& tag, HtmlStyle& style) {
   const double indent = kListIndent * double(style.lists.size());
   style.leftIndent = indent;
   style.textIndent = -indent;
-  style.tabStops = std::vector<TextTab>{{indent - kListIndent + kMarkerIndent, 0, {}},
-                                        {indent, 0, {}}};
+  style.tabStops =
+      std::vector<TextTab>{{indent - kListIndent + kMarkerIndent, 0, {}}, {indent, 0, {}}};
 }
 
 void applyFontTag(const HtmlToken& tag, HtmlStyle& style) {
@@ -108,14 +108,16 @@ void applyBlock(const HtmlToken& tag, HtmlStyle& style) {
 
 void applyInline(const HtmlToken& tag, HtmlStyle& style) {
   const QString& name = tag.name;
+  style.drawsUnderline = name == u"u" || name == u"ins";
+  style.drawsStrikethrough = name == u"s" || name == u"strike" || name == u"del";
+  if (style.drawsUnderline)
+    style.underline = 1;
+  if (style.drawsStrikethrough)
+    style.strikethrough = 1;
   if (name == u"b" || name == u"strong")
     style.weight = 700;
   else if (name == u"i" || name == u"em" || name == u"cite" || name == u"var" || name == u"dfn")
     style.italic = true;
-  else if (name == u"u" || name == u"ins")
-    style.underline = 1;
-  else if (name == u"s" || name == u"strike" || name == u"del")
-    style.strikethrough = 1;
   else if (name == u"sup" || name == u"sub")
     style.superscript = name == u"sup" ? 1 : -1;
   else if (name == u"code" || name == u"tt" || name == u"kbd" || name == u"samp")
@@ -158,7 +160,7 @@ HtmlElementKind htmlElementKind(const QString& name) {
 
 bool htmlElementEnds(const QString& open, const QString& next) {
   if (open == u"head") {
-    static const QStringView kInHead[] = {u"title", u"style",    u"script",
+    static const QStringView kInHead[] = {u"title",    u"style",    u"script",
                                           u"noscript", u"template", u"object"};
     return std::find(std::begin(kInHead), std::end(kInHead), next) == std::end(kInHead);
   }

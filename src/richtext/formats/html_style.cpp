@@ -19,21 +19,27 @@ Words wordsOf(QStringView value) {
 
 void applyDecoration(QStringView value, HtmlStyle& style) {
   for (const QStringView word : wordsOf(value)) {
-    if (word == u"underline")
+    if (word == u"underline") {
       style.underline = std::max<qint64>(style.underline, 1);
-    else if (word == u"line-through")
+      style.drawsUnderline = true;
+    } else if (word == u"line-through") {
       style.strikethrough = std::max<qint64>(style.strikethrough, 1);
-    else if (word == u"none")
+      style.drawsStrikethrough = true;
+    } else if (word == u"none") {
       style.underline = style.strikethrough = 0;
+    }
   }
 }
 
 // A kind of line holds for the lines that the element itself draws.
 void applyDecorationKind(qint64 kind, HtmlStyle& style) {
-  if (style.underline != 0)
-    style.underline = (style.underline & ~qint64(kind > 0xff ? 0x700 : 0xff)) | kind;
-  if (style.strikethrough != 0)
-    style.strikethrough = (style.strikethrough & ~qint64(kind > 0xff ? 0x700 : 0xff)) | kind;
+  constexpr qint64 kLines = 0xff;
+  constexpr qint64 kPatterns = 0x700;
+  const qint64 others = ~(kind > kLines ? kPatterns : kLines);
+  if (style.drawsUnderline)
+    style.underline = (style.underline & others) | kind;
+  if (style.drawsStrikethrough)
+    style.strikethrough = (style.strikethrough & others) | kind;
 }
 
 void applyDecorationStyle(QStringView value, HtmlStyle& style) {
@@ -195,9 +201,9 @@ void applyDeclaration(QStringView declaration, HtmlStyle& style) {
   if (colon < 0)
     return;
   const QString name = declaration.left(colon).trimmed().toString().toLower();
-  const auto* known = std::find_if(
-      std::begin(kProperties), std::end(kProperties),
-      [&](const Property& property) { return name == QStringView(property.name); });
+  const auto* known =
+      std::find_if(std::begin(kProperties), std::end(kProperties),
+                   [&](const Property& property) { return name == QStringView(property.name); });
   if (known == std::end(kProperties))
     return;
   QString value = declaration.mid(colon + 1).toString();

@@ -20,6 +20,8 @@ struct HtmlStyle {
   std::optional<quint32> background;
   qint64 underline = 0;
   qint64 strikethrough = 0;
+  bool drawsUnderline = false; // this element itself
+  bool drawsStrikethrough = false;
   int superscript = 0;
   QString link;
   HtmlSpaces spaces = HtmlSpaces::Collapse;

@@ -6,6 +6,7 @@
 #include "richtext/text_fonts.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace tockwise {
@@ -34,6 +35,11 @@ std::optional<ParagraphStyle> paragraphOf(const HtmlStyle& style) {
   paragraph.tabStops = style.tabStops;
   paragraph.writingDirection = style.writingDirection;
   paragraph.lists.assign(style.lists.begin(), style.lists.end());
+  constexpr double kParts = 1000; // of a point: sums of lengths are not exact
+  for (double* length :
+       {&paragraph.headIndent, &paragraph.firstLineHeadIndent, &paragraph.tailIndent,
+        &paragraph.paragraphSpacing, &paragraph.paragraphSpacingBefore})
+    *length = std::round(*length * kParts) / kParts;
   return paragraph == ParagraphStyle() ? std::nullopt : std::optional(paragraph);
 }
 

@@ -20,8 +20,8 @@ bool isSpace(QChar character) {
 
 // Elements whose contents are not HTML.
 bool isRawElement(const QString& name) {
-  static const QStringView kNames[] = {u"script",  u"style",    u"title",  u"textarea",
-                                       u"iframe",  u"noembed",  u"noframes", u"xmp"};
+  static const QStringView kNames[] = {u"script", u"style",   u"title",    u"textarea",
+                                       u"iframe", u"noembed", u"noframes", u"xmp"};
   return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
 }
 

@@ -14,7 +14,8 @@ struct HtmlToken {
   Kind kind = Kind::Finished;
   QString name;        // of a tag, in lower case
   QStringView content; // of a text or comment, as it stands
-  std::vector<std::pair<QString, QStringView>> attributes; // names in lower case, values as they stand
+  std::vector<std::pair<QString, QStringView>>
+      attributes; // names in lower case, values as they stand
 
   /// The value with its references resolved; empty when it has none.
   QString attribute(QStringView attributeName) const;

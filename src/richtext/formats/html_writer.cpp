@@ -57,8 +57,7 @@ class HtmlWriter {
         afterSpace = character == u' ' || character == kLineSeparator;
       }
     }
-    return afterSpace && !paragraph.pieces.empty() &&
-           paragraph.pieces.back().text.back() == u' ';
+    return afterSpace && !paragraph.pieces.empty() && paragraph.pieces.back().text.back() == u' ';
   }
 
   void writePiece(const TextPiece& piece) {

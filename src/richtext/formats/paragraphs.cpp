@@ -39,8 +39,8 @@ class Splitter {
 };
 
 bool isClean(QChar character) {
-  return !character.isSurrogate() && (character.unicode() >= 0x20 || character == u'\t' ||
-                                      character == u'\n');
+  return !character.isSurrogate() &&
+         (character.unicode() >= 0x20 || character == u'\t' || character == u'\n');
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "richtext/formats/picture_type.h"
 
-#include "richtext/picture_scaling.h"
+#include "richtext/picture_reading.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -18,20 +18,21 @@ struct Known {
   bool isPortable;
 };
 
-// Pictures only: a reader for drawings (SVG, PDF) would interpret a document.
 constexpr Known kKnown[] = {
-    {"png", u"image/png", u"png", true},    {"jpeg", u"image/jpeg", u"jpg", true},
-    {"gif", u"image/gif", u"gif", true},    {"webp", u"image/webp", u"webp", false},
-    {"bmp", u"image/bmp", u"bmp", false},   {"tiff", u"image/tiff", u"tiff", false},
-    {"tif", u"image/tiff", u"tiff", false}, {"heic", u"image/heic", u"heic", false},
-    {"heif", u"image/heif", u"heif", false}, {"avif", u"image/avif", u"avif", false},
-    {"ico", u"image/x-icon", u"ico", false},
+    {"png", u"image/png", u"png", true},     {"jpeg", u"image/jpeg", u"jpg", true},
+    {"jpg", u"image/jpeg", u"jpg", true},    {"gif", u"image/gif", u"gif", true},
+    {"webp", u"image/webp", u"webp", false}, {"bmp", u"image/bmp", u"bmp", false},
+    {"tiff", u"image/tiff", u"tiff", false}, {"tif", u"image/tiff", u"tiff", false},
+    {"heic", u"image/heic", u"heic", false}, {"heif", u"image/heif", u"heif", false},
+    {"avif", u"image/avif", u"avif", false}, {"ico", u"image/x-icon", u"ico", false},
+    {"icns", u"image/icns", u"icns", false}, {"jp2", u"image/jp2", u"jp2", false},
 };
 
 } // namespace
 
 std::optional<PictureType> pictureTypeOf(const QByteArray& bytes) {
-  if (bytes.isEmpty() || bytes.size() > kMostPictureBytes)
+  const QSize size = pictureSize(bytes);
+  if (!size.isValid())
     return std::nullopt;
   QBuffer buffer;
   buffer.setData(bytes);
@@ -40,12 +41,6 @@ std::optional<PictureType> pictureTypeOf(const QByteArray& bytes) {
   const auto* known = std::find_if(std::begin(kKnown), std::end(kKnown),
                                    [&](const Known& each) { return format == each.format; });
   if (known == std::end(kKnown))
-    return std::nullopt;
-  buffer.seek(0);
-  QImageReader reader(&buffer, format);
-  const QSize size = reader.size();
-  if (!size.isValid() || size.isEmpty() ||
-      qint64(size.width()) * size.height() > kMostPicturePixels)
     return std::nullopt;
   return PictureType{QString::fromUtf16(known->mimeType), QString::fromUtf16(known->suffix), size,
                      known->isPortable};
@@ -57,16 +52,11 @@ std::optional<Picture> portablePicture(const QByteArray& bytes, Gif gif) {
     return std::nullopt;
   if (type->isPortable && (gif == Gif::Keep || type->suffix != u"gif"))
     return Picture{bytes, *type};
-  QBuffer source;
-  source.setData(bytes);
-  source.open(QIODevice::ReadOnly);
-  QImageReader reader(&source);
-  reader.setAutoTransform(true);
-  const QImage image = reader.read();
+  const QImage image = readPicture(bytes);
   QByteArray png;
-  QBuffer target(&png);
-  target.open(QIODevice::WriteOnly);
-  if (image.isNull() || !image.save(&target, "PNG"))
+  QBuffer buffer(&png);
+  buffer.open(QIODevice::WriteOnly);
+  if (image.isNull() || !image.save(&buffer, "PNG"))
     return std::nullopt;
   *type = {QStringLiteral("image/png"), QStringLiteral("png"), image.size(), true};
   return Picture{png, *type};

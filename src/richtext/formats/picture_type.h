@@ -10,9 +10,9 @@
 namespace tockwise {
 
 struct PictureType {
-  QString mimeType; // "image/png"
-  QString suffix;   // "png"
-  QSize size;       // pixels
+  QString mimeType;        // "image/png"
+  QString suffix;          // "png"
+  QSize size;              // pixels
   bool isPortable = false; // PNG, JPEG or GIF, which every program shows
 };
 
@@ -25,9 +25,9 @@ struct Picture {
   PictureType type;
 };
 
-/// The picture as it is when it is PNG, JPEG or (where mayBeGif) GIF, else as PNG; nothing when it
-/// cannot be read.
 enum class Gif { Keep, Convert };
+/// The picture as it is when it is PNG, JPEG or a GIF that may be kept, else as PNG; nothing when
+/// it cannot be read.
 std::optional<Picture> portablePicture(const QByteArray& bytes, Gif gif);
 
 } // namespace tockwise

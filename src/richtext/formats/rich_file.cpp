@@ -1,14 +1,13 @@
 // readRichFile(): a text from a file whose kind its contents tell.
 #include "richtext/formats/html_charset.h"
 #include "richtext/formats/picture_type.h"
+#include "richtext/picture_reading.h"
 #include "richtext/picture_scaling.h"
 #include "richtext/text_formats.h"
 #include "store/archive/file_wrapper.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QRegularExpression>
 
 namespace tockwise {
@@ -42,16 +41,9 @@ Result<QByteArray> contentsOf(const QString& path) {
 
 // The picture as an attachment, if all of it can be read.
 Result<AttributedText> pictureText(const QByteArray& contents, const QString& path) {
-  QBuffer buffer;
-  buffer.setData(contents);
-  buffer.open(QIODevice::ReadOnly);
-  QImageReader reader(&buffer);
   constexpr int kSample = 64; // pixels; most readers scale while they read
-  reader.setScaledSize({kSample, kSample});
-  if (reader.read().isNull()) {
-    return error(Error::Kind::Damaged, path,
-                 QStringLiteral("the picture cannot be read: %1").arg(reader.errorString()));
-  }
+  if (readPicture(contents, kSample).isNull())
+    return error(Error::Kind::Damaged, path, QStringLiteral("the picture is damaged"));
   AttributedText text;
   TextAttributes attributes;
   attributes.attachment =
@@ -82,8 +74,8 @@ Result<AttributedText> readRichFile(const QString& path) {
     return contents.error();
   if (pictureTypeOf(*contents))
     return pictureText(*contents, path);
-  Result<AttributedText> text = error(Error::Kind::Damaged, path,
-                                      QStringLiteral("this is no HTML, RTF or picture file"));
+  Result<AttributedText> text =
+      error(Error::Kind::Damaged, path, QStringLiteral("this is no HTML, RTF or picture file"));
   if (isRTF(*contents))
     text = fromRTF(*contents);
   else if (contents->startsWith(QByteArrayView("rtfd\0\0\0\0", 8)))

@@ -10,10 +10,10 @@
 namespace tockwise {
 namespace {
 
-constexpr double kTwips = 20;           // a point
-constexpr double kMostTwips = 31680;    // what readers take: 22 inches
-constexpr double kSingleLine = 240;     // of \sl with \slmult1
-constexpr double kWholeColor = 100000;  // of the colour table's extension
+constexpr double kTwips = 20;          // a point
+constexpr double kMostTwips = 31680;   // what readers take: 22 inches
+constexpr double kSingleLine = 240;    // of \sl with \slmult1
+constexpr double kWholeColor = 100000; // of the colour table's extension
 
 QByteArray word(const char* name, double value) {
   return '\\' + QByteArray(name) + QByteArray::number(qint64(std::llround(value)));
@@ -72,8 +72,8 @@ QByteArray lineHeightWords(const ParagraphStyle& style) {
   else if (style.minLineHeight > 0)
     words += length("sl", style.minLineHeight) + "\\slmult0";
   // These say it exactly, to those who know them.
-  return words + length("slleading", style.lineSpacing) +
-         length("slminimum", style.minLineHeight) + length("slmaximum", style.maxLineHeight);
+  return words + length("slleading", style.lineSpacing) + length("slminimum", style.minLineHeight) +
+         length("slmaximum", style.maxLineHeight);
 }
 
 QByteArray tabWords(const ParagraphStyle& style) {

@@ -47,8 +47,7 @@ std::optional<TextAttachment> RtfPicture::finish() const {
   const auto type = pictureTypeOf(m_contents);
   if (!type)
     return std::nullopt;
-  const QString name =
-      m_fileName.isEmpty() ? QStringLiteral("image.") + type->suffix : m_fileName;
+  const QString name = m_fileName.isEmpty() ? QStringLiteral("image.") + type->suffix : m_fileName;
   return TextAttachment{name, m_contents, {}};
 }
 

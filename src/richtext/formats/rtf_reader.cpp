@@ -16,7 +16,7 @@ namespace {
 
 using Destination = RtfDestination;
 
-constexpr size_t kDeepest = 500;             // groups
+constexpr size_t kDeepest = 500;               // groups
 constexpr qsizetype kLongestWords = 64 * 1024; // of a name, an instruction
 constexpr qsizetype kMostAttachments = 1000;
 
@@ -39,14 +39,56 @@ std::optional<Destination> destinationOf(QByteArrayView word) {
         {"sv", Destination::PropertyValue},
         {"NeXTGraphic", Destination::AttachedFile},
     };
-    for (const char* skipped :
-         {"stylesheet", "info", "header", "headerl", "headerr", "headerf", "footer", "footerl",
-          "footerr", "footerf", "footnote", "nonshppict", "objdata", "objclass", "objname",
-          "panose", "fname", "fontemb", "fontfile", "listtable", "listoverridetable", "revtbl",
-          "rsidtbl", "generator", "bkmkstart", "bkmkend", "annotation", "atnid", "atnauthor", "tc",
-          "xe", "themedata", "colorschememapping", "datastore", "latentstyles", "filetbl", "pntxta",
-          "pntxtb", "blipuid", "nesttableprops", "nonesttables", "private1", "template",
-          "xmlnstbl", "mmathPr", "wgrffmtfilter", "shpinst", "title", "author", "operator"})
+    for (const char* skipped : {"stylesheet",
+                                "info",
+                                "header",
+                                "headerl",
+                                "headerr",
+                                "headerf",
+                                "footer",
+                                "footerl",
+                                "footerr",
+                                "footerf",
+                                "footnote",
+                                "nonshppict",
+                                "objdata",
+                                "objclass",
+                                "objname",
+                                "panose",
+                                "fname",
+                                "fontemb",
+                                "fontfile",
+                                "listtable",
+                                "listoverridetable",
+                                "revtbl",
+                                "rsidtbl",
+                                "generator",
+                                "bkmkstart",
+                                "bkmkend",
+                                "annotation",
+                                "atnid",
+                                "atnauthor",
+                                "tc",
+                                "xe",
+                                "themedata",
+                                "colorschememapping",
+                                "datastore",
+                                "latentstyles",
+                                "filetbl",
+                                "pntxta",
+                                "pntxtb",
+                                "blipuid",
+                                "nesttableprops",
+                                "nonesttables",
+                                "private1",
+                                "template",
+                                "xmlnstbl",
+                                "mmathPr",
+                                "wgrffmtfilter",
+                                "shpinst",
+                                "title",
+                                "author",
+                                "operator"})
       all.insert(skipped, Destination::Skipped);
     return all;
   }();
@@ -214,9 +256,9 @@ class RtfReader {
                         destination == Destination::PictureProperties ||
                         destination == Destination::PropertyName ||
                         destination == Destination::PropertyValue;
-    const bool fits =
-        !isPart || isWithinPicture(m_state.destination) ||
-        (destination == Destination::FontAlternate && m_state.destination == Destination::FontTable);
+    const bool fits = !isPart || isWithinPicture(m_state.destination) ||
+                      (destination == Destination::FontAlternate &&
+                       m_state.destination == Destination::FontTable);
     m_state.destination = fits ? destination : Destination::Skipped;
     m_words.clear();
     if (destination == Destination::Picture)

@@ -30,7 +30,7 @@ template <TextAlignment alignment> void align(RtfState& state, Parameter) {
   state.paragraph.alignment = alignment;
 }
 
-template <int RtfParagraph::* member> void length(RtfState& state, Parameter parameter) {
+template <int RtfParagraph::*member> void length(RtfState& state, Parameter parameter) {
   state.paragraph.*member = parameter.length();
 }
 
@@ -170,16 +170,35 @@ bool applyRtfProperty(QByteArrayView word, std::optional<int> parameter, RtfStat
 
 char16_t rtfCharacter(QByteArrayView word) {
   static const QHash<QByteArray, char16_t> characters{
-      {"tab", u'\t'},         {"line", u'\x2028'},    {"lbr", u'\x2028'},
-      {"softline", u'\x2028'}, {"cell", u'\t'},        {"nestcell", u'\t'},
-      {"emdash", u'\x2014'},  {"endash", u'\x2013'},  {"emspace", u'\x2003'},
-      {"enspace", u'\x2002'}, {"qmspace", u'\x2005'}, {"bullet", u'\x2022'},
-      {"lquote", u'\x2018'},  {"rquote", u'\x2019'},  {"ldblquote", u'\x201c'},
-      {"rdblquote", u'\x201d'}, {"zwj", u'\x200d'},   {"zwnj", u'\x200c'},
-      {"zwbo", u'\x200b'},    {"zwnbo", u'\xfeff'},   {"ltrmark", u'\x200e'},
-      {"rtlmark", u'\x200f'}, {"~", u'\xa0'},         {"_", u'\x2011'},
-      {"-", u'\xad'},         {"\\", u'\\'},          {"{", u'{'},
-      {"}", u'}'},            {"\t", u'\t'},
+      {"tab", u'\t'},
+      {"line", u'\x2028'},
+      {"lbr", u'\x2028'},
+      {"softline", u'\x2028'},
+      {"cell", u'\t'},
+      {"nestcell", u'\t'},
+      {"emdash", u'\x2014'},
+      {"endash", u'\x2013'},
+      {"emspace", u'\x2003'},
+      {"enspace", u'\x2002'},
+      {"qmspace", u'\x2005'},
+      {"bullet", u'\x2022'},
+      {"lquote", u'\x2018'},
+      {"rquote", u'\x2019'},
+      {"ldblquote", u'\x201c'},
+      {"rdblquote", u'\x201d'},
+      {"zwj", u'\x200d'},
+      {"zwnj", u'\x200c'},
+      {"zwbo", u'\x200b'},
+      {"zwnbo", u'\xfeff'},
+      {"ltrmark", u'\x200e'},
+      {"rtlmark", u'\x200f'},
+      {"~", u'\xa0'},
+      {"_", u'\x2011'},
+      {"-", u'\xad'},
+      {"\\", u'\\'},
+      {"{", u'{'},
+      {"}", u'}'},
+      {"\t", u'\t'},
   };
   return characters.value(word.toByteArray(), 0);
 }

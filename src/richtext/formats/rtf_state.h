@@ -27,8 +27,8 @@ enum class RtfDestination {
 };
 
 struct RtfCharacters {
-  int font = -1;  // an index into the font table; -1: not stated
-  int size = -1;  // half points; -1: not stated
+  int font = -1; // an index into the font table; -1: not stated
+  int size = -1; // half points; -1: not stated
   bool bold = false;
   bool italic = false;
   bool hidden = false;

@@ -16,9 +16,9 @@ constexpr int kSymbolCharset = 2;
 // The code page of a font's character set; 0 for that of the document.
 int codePageOfCharset(int charset) {
   static constexpr std::pair<int, int> kPages[] = {
-      {77, 10000}, {78, 10001}, {128, 932},  {129, 949},  {130, 1361}, {134, 936},  {136, 950},
-      {161, 1253}, {162, 1254}, {163, 1258}, {177, 1255}, {178, 1256}, {186, 1257}, {204, 1251},
-      {222, 874},  {238, 1250}, {254, 437},  {255, 850}};
+      {77, 10000}, {78, 10001}, {128, 932},  {129, 949},  {130, 1361}, {134, 936},
+      {136, 950},  {161, 1253}, {162, 1254}, {163, 1258}, {177, 1255}, {178, 1256},
+      {186, 1257}, {204, 1251}, {222, 874},  {238, 1250}, {254, 437},  {255, 850}};
   for (const auto& [number, page] : kPages) {
     if (number == charset)
       return page;
@@ -50,8 +50,7 @@ void RtfFontTable::text(const QString& text, RtfDestination destination) {
   const auto current = m_fonts.find(m_current);
   if (current == m_fonts.end())
     return;
-  QString& name =
-      destination == RtfDestination::FontAlternate ? current->alternate : current->name;
+  QString& name = destination == RtfDestination::FontAlternate ? current->alternate : current->name;
   const qsizetype end = text.indexOf(u';');
   if (name.size() < kLongestName)
     name += text.left(std::min(end < 0 ? text.size() : end, kLongestName));
@@ -65,8 +64,8 @@ const RtfFont* RtfFontTable::font(int index) const {
 }
 
 std::optional<TextFont> RtfFontTable::fontOf(const RtfCharacters& characters) const {
-  const bool states = characters.font >= 0 || characters.size > 0 || characters.bold ||
-                      characters.italic;
+  const bool states =
+      characters.font >= 0 || characters.size > 0 || characters.bold || characters.italic;
   if (!states)
     return std::nullopt;
   const RtfFont* entry = font(characters.font);
@@ -131,9 +130,9 @@ void RtfColorTable::extensionText(QByteArrayView bytes) {
     }
     const QByteArray name = m_extensionName.trimmed();
     if (m_extension < m_entries.size()) {
-      m_entries[m_extension].followsTheme =
-          name == "textColor" || name == "labelColor" || name == "controlTextColor" ||
-          name == "textBackgroundColor";
+      m_entries[m_extension].followsTheme = name == "textColor" || name == "labelColor" ||
+                                            name == "controlTextColor" ||
+                                            name == "textBackgroundColor";
     }
     ++m_extension;
     m_extensionParts = 0;

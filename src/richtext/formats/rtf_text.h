@@ -34,8 +34,8 @@ class RtfText {
 
   CodePages m_pages;
   int m_codePage = 1252;
-  QByteArray m_bytes;   // not yet decoded
-  QString m_characters; // decoded, all in the same state
+  QByteArray m_bytes;         // not yet decoded
+  QString m_characters;       // decoded, all in the same state
   AttributedText m_paragraph; // without its style
   RtfParagraph m_style;       // in effect at the paragraph's last character
   AttributedText m_text;

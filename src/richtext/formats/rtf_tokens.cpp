@@ -30,8 +30,8 @@ RtfToken RtfTokens::next() {
     m_at += length;
     return {RtfToken::Kind::Binary, m_bytes.sliced(m_at - length, length), {}};
   }
-  while (m_at < m_bytes.size() && (m_bytes[m_at] == '\r' || m_bytes[m_at] == '\n' ||
-                                   m_bytes[m_at] == '\0'))
+  while (m_at < m_bytes.size() &&
+         (m_bytes[m_at] == '\r' || m_bytes[m_at] == '\n' || m_bytes[m_at] == '\0'))
     ++m_at;
   if (m_at >= m_bytes.size())
     return {};

@@ -19,7 +19,7 @@ struct RtfToken {
     Finished
   };
   Kind kind = Kind::Finished;
-  QByteArrayView bytes; // of a word its name, of a symbol its character, else the contents
+  QByteArrayView bytes;         // of a word its name, of a symbol its character, else the contents
   std::optional<int> parameter; // of a word; of Byte its value
 };
 

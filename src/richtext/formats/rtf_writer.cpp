@@ -21,8 +21,7 @@ QByteArray linkArgument(const QString& link) {
 
 class RtfWriter {
  public:
-  explicit RtfWriter(const AttachmentGroup& attachmentGroup)
-      : m_attachmentGroup(attachmentGroup) {}
+  explicit RtfWriter(const AttachmentGroup& attachmentGroup) : m_attachmentGroup(attachmentGroup) {}
 
   QByteArray write(const AttributedText& text) {
     QByteArray paragraphWords;

@@ -31,7 +31,7 @@ class TextMimeData final : public QMimeData {
   explicit TextMimeData(const AttributedText& text) : m_text(text) {}
 
   QStringList formats() const override {
-    return {string(kArchiveType), string(kRtfdType),    string(kTextRtfdType), string(kRtfType),
+    return {string(kArchiveType), string(kRtfdType), string(kTextRtfdType), string(kRtfType),
             string(kTextRtfType), string(kHtmlType), string(kPlainType)};
   }
   bool hasFormat(const QString& type) const override { return formats().contains(type); }

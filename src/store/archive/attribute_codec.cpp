@@ -65,8 +65,8 @@ std::optional<TextAttributes> AttributeDecoder::decode(Uid dictionary) {
     return std::nullopt;
   TextAttributes attributes;
   for (const auto& [key, value] : *pairs) {
-    if (const auto name = stringAt(m_archive, key))
-      decodeAttribute(*name, value, attributes);
+    if (const QString& name = nameAt(key); !name.isEmpty())
+      decodeAttribute(name, value, attributes);
     else
       note(QStringLiteral("an attribute without a name was left out"));
   }
@@ -79,6 +79,13 @@ std::optional<TextAttributes> AttributeDecoder::decode(Uid dictionary) {
   return attributes;
 }
 
+const QString& AttributeDecoder::nameAt(Uid uid) {
+  auto known = m_names.find(uid);
+  if (known == m_names.end())
+    known = m_names.insert(uid, stringAt(m_archive, uid).value_or(QString()));
+  return *known;
+}
+
 void AttributeDecoder::decodeAttribute(const QString& name, Uid value, TextAttributes& attributes) {
   if (value == KeyedArchive::kNil ||
       std::find(kDropped.begin(), kDropped.end(), name) != kDropped.end())
@@ -88,7 +95,7 @@ void AttributeDecoder::decodeAttribute(const QString& name, Uid value, TextAttri
   if (m_archive.isSound(value))
     attributes.others.push_back({name, m_archive.object(value)});
   else
-    note(QStringLiteral("the attribute %1 is damaged and was left out").arg(name));
+    note(QStringLiteral("the attribute %1 is damaged and was left out").arg(inMessage(name)));
 }
 
 bool AttributeDecoder::decodeKnown(const QString& name, Uid value, TextAttributes& attributes) {
@@ -132,6 +139,10 @@ void AttributeEncoder::addNumber(const QString& name, const std::optional<qint64
     add(name, m_writer.integer(*value));
 }
 
+KeyedWriter::Uid AttributeEncoder::color(const TextColor& color) {
+  return m_colors.find(color, [&] { return encodeColor(m_writer, color); });
+}
+
 KeyedWriter::Uid AttributeEncoder::link(const TextAttributes& attributes) {
   if (const Uid copied = m_writer.copy(attributes.linkOriginal); copied != KeyedWriter::kNil)
     return copied;
@@ -150,13 +161,16 @@ KeyedWriter::Uid AttributeEncoder::encode(const TextAttributes& attributes) {
   m_keys.clear();
   m_values.clear();
   if (attributes.font)
-    add(QStringLiteral("NSFont"), encodeFont(m_writer, *attributes.font));
+    add(QStringLiteral("NSFont"),
+        m_fonts.find(*attributes.font, [&] { return encodeFont(m_writer, *attributes.font); }));
   if (attributes.paragraph)
-    add(QStringLiteral("NSParagraphStyle"), encodeParagraphStyle(m_writer, *attributes.paragraph));
+    add(QStringLiteral("NSParagraphStyle"), m_styles.find(*attributes.paragraph, [&] {
+      return encodeParagraphStyle(m_writer, *attributes.paragraph);
+    }));
   if (attributes.color)
-    add(QStringLiteral("NSColor"), encodeColor(m_writer, *attributes.color));
+    add(QStringLiteral("NSColor"), color(*attributes.color));
   if (attributes.background)
-    add(QStringLiteral("NSBackgroundColor"), encodeColor(m_writer, *attributes.background));
+    add(QStringLiteral("NSBackgroundColor"), color(*attributes.background));
   addNumber(QStringLiteral("NSUnderline"), attributes.underline);
   addNumber(QStringLiteral("NSStrikethrough"), attributes.strikethrough);
   addNumber(QStringLiteral("NSSuperScript"), attributes.superscript);
@@ -171,7 +185,7 @@ KeyedWriter::Uid AttributeEncoder::encode(const TextAttributes& attributes) {
   QByteArray identity;
   for (const auto& part : {m_keys, m_values})
     identity.append(reinterpret_cast<const char*>(part.data()),
-                    qsizetype(part.size() * sizeof(Uid)));
+                    qsizetype(part.size()) * qsizetype(sizeof(Uid)));
   if (const auto known = m_dictionaries.constFind(identity); known != m_dictionaries.cend())
     return *known;
   return *m_dictionaries.insert(identity, m_writer.dictionary(m_keys, m_values));

@@ -144,9 +144,10 @@ Result<FileWrapper> readFolder(QByteArrayView node, const QString& name, int nes
   for (const Entry& entry : *entries) {
     if (isSpecial(entry.name))
       continue;
-    const QString stated =
-        sanitisedFileName(decodeUtf8OrLegacy(entry.name, LegacyCharset::MacRoman));
-    auto child = readNode(entry.node, stated.isEmpty() ? kUnnamed : stated, nesting + 1);
+    QString stated = sanitisedFileName(decodeUtf8OrLegacy(entry.name, LegacyCharset::MacRoman));
+    if (stated.isEmpty() || isSpecial(stated.toUtf8()))
+      stated = kUnnamed;
+    auto child = readNode(entry.node, stated, nesting + 1);
     if (!child)
       return child.error();
     wrapper.children.push_back(std::move(*child));
@@ -250,14 +251,14 @@ QByteArray folderNode(const FileWrapper& folder, quint32 modified) {
   return folderNode(entries);
 }
 
-// Characters that draw nothing, or that make a name read other than it is ("gpj.exe").
+// Not so are characters that draw nothing, or that make a name read other than it is ("gpj.exe").
 bool isShownInNames(QChar character) {
   const char16_t code = character.unicode();
   const bool turnsDirection = code == 0x200E || code == 0x200F || code == 0x061C ||
                               (code >= 0x202A && code <= 0x202E) ||
                               (code >= 0x2066 && code <= 0x2069);
   return character.category() != QChar::Other_Control && code != 0x2028 && code != 0x2029 &&
-         !turnsDirection;
+         code != QChar::ByteOrderMark && !turnsDirection;
 }
 
 } // namespace

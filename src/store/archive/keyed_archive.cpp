@@ -36,7 +36,7 @@ std::optional<QStringList> stringsOf(const plist::Reader& list, Ref array) {
 std::optional<KeyedArchive::ClassRecord> classRecord(const plist::Reader& list, Ref object) {
   const auto name = list.find(object, u"$classname");
   const auto chain = list.find(object, u"$classes");
-  if (!name || !chain || list.kind(*name) != Kind::String || list.find(object, u"$class"))
+  if (!name || !chain || list.kind(*name) != Kind::String)
     return std::nullopt;
   auto names = stringsOf(list, *chain);
   if (!names)
@@ -69,7 +69,7 @@ Result<std::shared_ptr<const KeyedArchive>> KeyedArchive::open(const QByteArray&
   archive->m_size = size;
   if (const auto read = archive->readEnvelope(); !read)
     return read.error();
-  archive->readClasses();
+  archive->readShapes();
   archive->findUnsound();
   return std::shared_ptr<const KeyedArchive>(archive);
 }
@@ -110,42 +110,36 @@ Result<void> KeyedArchive::readTop(Ref top) {
   return {};
 }
 
-void KeyedArchive::readClasses() {
+// Classes come before or after the records that name them, so the records' are looked up last.
+void KeyedArchive::readShapes() {
+  m_shapes.assign(m_objects.size(), Shape::Scalar);
   m_classOf.assign(m_objects.size(), kNoClass);
+  std::vector<std::pair<Uid, Uid>> records; // with what they name as their class
   for (Uid uid = 1; uid < count(); ++uid) {
-    if (m_list.kind(m_objects[uid]) != Kind::Dictionary)
+    const Kind kind = m_list.kind(m_objects[uid]);
+    if (kind == Kind::Null || kind == Kind::Uid || kind == Kind::Array)
+      m_shapes[uid] = Shape::Damaged;
+    if (kind != Kind::Dictionary)
       continue;
-    if (auto record = classRecord(m_list, m_objects[uid])) {
+    m_shapes[uid] = Shape::Damaged;
+    if (const auto named = m_list.find(m_objects[uid], u"$class")) {
+      if (m_list.kind(*named) == Kind::Uid && m_list.uid(*named) < count())
+        records.emplace_back(uid, m_list.uid(*named));
+    } else if (auto record = classRecord(m_list, m_objects[uid])) {
+      m_shapes[uid] = Shape::Class;
       m_classOf[uid] = quint32(m_classes.size());
       m_classes.push_back(std::move(*record));
     }
   }
-  std::vector<quint32> ofRecords = m_classOf;
-  for (Uid uid = 1; uid < count(); ++uid) {
-    if (m_classOf[uid] == kNoClass)
-      if (const Uid named = reference(uid, u"$class"); named != kNil)
-        ofRecords[uid] = m_classOf[named];
+  for (const auto& [uid, named] : records) {
+    if (m_shapes[named] == Shape::Class) {
+      m_shapes[uid] = Shape::Record;
+      m_classOf[uid] = m_classOf[named];
+    }
   }
-  m_classOf = std::move(ofRecords);
 }
 
-KeyedArchive::Shape KeyedArchive::shapeOf(Uid uid) const {
-  switch (m_list.kind(m_objects[uid])) {
-  case Kind::Null:
-  case Kind::Uid:
-  case Kind::Array:
-    return Shape::Damaged;
-  case Kind::Dictionary:
-    break;
-  default:
-    return Shape::Scalar;
-  }
-  if (m_classOf[uid] == kNoClass)
-    return Shape::Damaged;
-  return m_list.find(m_objects[uid], u"$class") ? Shape::Record : Shape::Class;
-}
-
-bool KeyedArchive::visit(Ref value, const std::function<bool(Uid)>& seen) const {
+template <typename Seen> bool KeyedArchive::visit(Ref value, const Seen& seen) const {
   switch (m_list.kind(value)) {
   case Kind::Null:
     return false;
@@ -169,20 +163,22 @@ bool KeyedArchive::visit(Ref value, const std::function<bool(Uid)>& seen) const 
   }
 }
 
-// Marks the objects with something wrong in themselves, then all that lead to one of them.
 void KeyedArchive::findUnsound() {
   std::vector<Uid> unsound;
+  const auto inTable = [this](Uid named) { return named < count(); };
   for (Uid uid = 1; uid < count(); ++uid) {
-    const Shape shape = shapeOf(uid);
-    const auto inTable = [this](Uid named) { return named < count(); };
-    if (shape == Shape::Damaged || (shape == Shape::Record && !visit(m_objects[uid], inTable)))
+    if (m_shapes[uid] == Shape::Damaged || (isRecord(uid) && !visit(m_objects[uid], inTable)))
       unsound.push_back(uid);
   }
-  if (unsound.empty())
-    return;
+  if (!unsound.empty())
+    markUnsound(std::move(unsound));
+}
+
+// Marks objects with something wrong in themselves, and all that lead to one of them.
+void KeyedArchive::markUnsound(std::vector<Uid> unsound) {
   std::vector<std::pair<quint32, quint32>> parents; // object, one that names it
   for (Uid uid = 1; uid < count(); ++uid) {
-    if (shapeOf(uid) == Shape::Record)
+    if (isRecord(uid))
       visit(m_objects[uid], [&](Uid named) {
         if (names(named))
           parents.emplace_back(quint32(named), quint32(uid));
@@ -211,7 +207,7 @@ ArchiveObject KeyedArchive::object(Uid uid) const {
 }
 
 const KeyedArchive::ClassRecord* KeyedArchive::classOf(Uid uid) const {
-  if (kind(uid) != Kind::Dictionary || m_classOf[uid] == kNoClass)
+  if (!names(uid) || m_classOf[uid] == kNoClass)
     return nullptr;
   return &m_classes[m_classOf[uid]];
 }

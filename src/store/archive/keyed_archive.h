@@ -11,7 +11,6 @@
 
 #include <QStringList>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -62,7 +61,10 @@ class KeyedArchive : public std::enable_shared_from_this<KeyedArchive> {
   plist::Kind kind(Uid uid) const {
     return names(uid) ? m_list.kind(m_objects[uid]) : plist::Kind::Null;
   }
-  /// The class of a record; null when the object is none, or its class is damaged.
+  /// Whether the object is a record of a class.
+  bool isRecord(Uid uid) const { return names(uid) && m_shapes[uid] == Shape::Record; }
+  /// The class of a record, or a class record itself; null when the object is none, or its class is
+  /// damaged.
   const ClassRecord* classOf(Uid uid) const;
   /// Whether className is in the record's chain of classes, or among its hints.
   bool isKindOf(Uid uid, QStringView className) const;
@@ -73,16 +75,17 @@ class KeyedArchive : public std::enable_shared_from_this<KeyedArchive> {
   Uid reference(Uid record, QStringView name) const;
 
  private:
-  enum class Shape { Scalar, Record, Class, Damaged };
+  enum class Shape : quint8 { Scalar, Record, Class, Damaged };
 
   explicit KeyedArchive(plist::Reader list) : m_list(std::move(list)) {}
   Result<void> readEnvelope();
   Result<void> readTop(plist::Ref top);
-  void readClasses();
+  void readShapes();
   void findUnsound();
-  Shape shapeOf(Uid uid) const;
-  /// Calls seen for every reference in value; false when it holds what no archive holds.
-  bool visit(plist::Ref value, const std::function<bool(Uid)>& seen) const;
+  void markUnsound(std::vector<Uid> unsound);
+  /// Calls seen for every reference in value; false when it holds what no archive holds, or when
+  /// seen says so.
+  template <typename Seen> bool visit(plist::Ref value, const Seen& seen) const;
 
   plist::Reader m_list;
   qsizetype m_size = 0;
@@ -90,6 +93,7 @@ class KeyedArchive : public std::enable_shared_from_this<KeyedArchive> {
   Uid m_root = kNil;
   std::vector<plist::Ref> m_objects;
   std::vector<ClassRecord> m_classes;
+  std::vector<Shape> m_shapes;
   std::vector<quint32> m_classOf; // index into m_classes; of a class record: its own
   std::vector<bool> m_unsound;    // empty as a rule: all are sound
 };

@@ -79,7 +79,7 @@ class ValueDecoder {
 
   Result<Value> decodeRecord(Uid uid, int depth) {
     const KeyedArchive::ClassRecord* record = m_archive.classOf(uid);
-    if (!record || !m_archive.field(uid, u"$class"))
+    if (!m_archive.isRecord(uid))
       return damaged(QStringLiteral("the archive's object %1 has no class").arg(uid));
     if (record->contains(u"NSDictionary"))
       return decodeDictionary(uid, depth);
@@ -98,7 +98,7 @@ class ValueDecoder {
     if (record->contains(u"NSNumber"))
       return decodeNumber(uid);
     return damaged(QStringLiteral("the archive holds a %1, which has no place here")
-                       .arg(record->name.left(kMostDepth)));
+                       .arg(inMessage(record->name)));
   }
 
   Result<Value> decodeNumber(Uid uid) {
@@ -150,22 +150,27 @@ class ValueDecoder {
   qsizetype m_bytesLeft;
 };
 
+// Objects come before what they hold.
 KeyedWriter::Uid encode(KeyedWriter& writer, const Value& value) {
   if (const auto* array = value.get<Value::Array>()) {
+    const KeyedWriter::Uid uid = writer.reserve();
     std::vector<KeyedWriter::Uid> elements;
     elements.reserve(array->size());
     for (const Value& element : *array)
       elements.push_back(encode(writer, element));
-    return writer.array(elements);
+    writer.setArray(uid, elements);
+    return uid;
   }
   if (const auto* pairs = value.get<Value::Dictionary>()) {
+    const KeyedWriter::Uid uid = writer.reserve();
     std::vector<KeyedWriter::Uid> keys;
     std::vector<KeyedWriter::Uid> values;
     for (const auto& [key, element] : *pairs) {
       keys.push_back(writer.string(key));
       values.push_back(encode(writer, element));
     }
-    return writer.dictionary(keys, values);
+    writer.setDictionary(uid, keys, values);
+    return uid;
   }
   if (const auto* flag = value.get<bool>())
     return writer.boolean(*flag);

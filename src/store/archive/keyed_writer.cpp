@@ -2,12 +2,17 @@
 
 #include "store/archive/keyed_archive.h"
 
+#include <QVarLengthArray>
+
 #include <limits>
 
 namespace tockwise {
 namespace {
 
 constexpr KeyedWriter::Inline kUnmade = std::numeric_limits<KeyedWriter::Inline>::max();
+
+constexpr size_t kLatestClasses = 16;
+constexpr qsizetype kUsualFields = 8;
 
 QStringList chainOf(std::initializer_list<QStringView> names) {
   QStringList chain;
@@ -77,29 +82,35 @@ KeyedWriter::Uid KeyedWriter::mutableData(QByteArrayView bytes) {
 }
 
 KeyedWriter::Uid KeyedWriter::array(std::span<const Uid> elements) {
+  const Uid uid = reserve();
+  setArray(uid, elements);
+  return uid;
+}
+
+void KeyedWriter::setArray(Uid uid, std::span<const Uid> elements) {
   static const QStringList chain = chainOf({u"NSArray", u"NSObject"});
-  return collection(elements, chain);
+  setRecord(uid, {{QStringLiteral("NS.objects"), uidArray(elements)}}, chain);
 }
 
 KeyedWriter::Uid KeyedWriter::mutableArray(std::span<const Uid> elements) {
   static const QStringList chain = chainOf({u"NSMutableArray", u"NSArray", u"NSObject"});
-  return collection(elements, chain);
-}
-
-KeyedWriter::Uid KeyedWriter::collection(std::span<const Uid> elements, const QStringList& chain) {
   const Uid uid = reserve();
   setRecord(uid, {{QStringLiteral("NS.objects"), uidArray(elements)}}, chain);
   return uid;
 }
 
 KeyedWriter::Uid KeyedWriter::dictionary(std::span<const Uid> keys, std::span<const Uid> values) {
-  static const QStringList chain = chainOf({u"NSDictionary", u"NSObject"});
   const Uid uid = reserve();
-  setRecord(
-      uid,
-      {{QStringLiteral("NS.keys"), uidArray(keys)}, {QStringLiteral("NS.objects"), uidArray(values)}},
-      chain);
+  setDictionary(uid, keys, values);
   return uid;
+}
+
+void KeyedWriter::setDictionary(Uid uid, std::span<const Uid> keys, std::span<const Uid> values) {
+  static const QStringList chain = chainOf({u"NSDictionary", u"NSObject"});
+  setRecord(uid,
+            {{QStringLiteral("NS.keys"), uidArray(keys)},
+             {QStringLiteral("NS.objects"), uidArray(values)}},
+            chain);
 }
 
 KeyedWriter::Inline KeyedWriter::uidArray(std::span<const Uid> uids) {
@@ -119,9 +130,22 @@ KeyedWriter::Inline KeyedWriter::inlineReference(Uid uid) {
 }
 
 KeyedWriter::Uid KeyedWriter::classRecord(const QStringList& chain, const QStringList& hints) {
+  if (hints.isEmpty()) {
+    for (const auto& [latest, uid] : m_latestClasses) {
+      if (latest == chain)
+        return uid;
+    }
+  }
   const QString key = chain.join(u'\n') + QStringLiteral("\n\n") + hints.join(u'\n');
-  if (const auto known = m_classes.constFind(key); known != m_classes.cend())
-    return *known;
+  const auto known = m_classes.constFind(key);
+  const Uid uid =
+      known != m_classes.cend() ? *known : *m_classes.insert(key, makeClassRecord(chain, hints));
+  if (hints.isEmpty() && m_latestClasses.size() < kLatestClasses)
+    m_latestClasses.emplace_back(chain, uid);
+  return uid;
+}
+
+KeyedWriter::Uid KeyedWriter::makeClassRecord(const QStringList& chain, const QStringList& hints) {
   const auto strings = [this](const QStringList& texts) {
     std::vector<Inline> objects;
     for (const QString& text : texts)
@@ -135,47 +159,50 @@ KeyedWriter::Uid KeyedWriter::classRecord(const QStringList& chain, const QStrin
     keys.push_back(m_list.string(QStringLiteral("$classhints")));
     values.push_back(strings(hints));
   }
-  return *m_classes.insert(key, append(m_list.dictionary(keys, values)));
+  return append(m_list.dictionary(keys, values));
 }
 
 KeyedWriter::Uid KeyedWriter::reserve() {
   return append(kUnmade);
 }
 
-KeyedWriter::Inline KeyedWriter::recordObject(std::vector<Field>& fields,
+KeyedWriter::Inline KeyedWriter::recordObject(std::span<const Field> fields,
                                               const QStringList& chain) {
-  fields.emplace_back(QStringLiteral("$class"), inlineReference(classRecord(chain)));
-  std::vector<Inline> keys;
-  std::vector<Inline> values;
+  QVarLengthArray<Inline, kUsualFields> keys;
+  QVarLengthArray<Inline, kUsualFields> values;
   for (const auto& [name, value] : fields) {
     keys.push_back(m_list.string(name));
     values.push_back(value);
   }
-  return m_list.dictionary(keys, values);
+  keys.push_back(m_list.string(QStringLiteral("$class")));
+  values.push_back(inlineReference(classRecord(chain)));
+  return m_list.dictionary(std::span(keys.constData(), size_t(keys.size())),
+                           std::span(values.constData(), size_t(values.size())));
 }
 
-void KeyedWriter::setRecord(Uid uid, std::vector<Field> fields, const QStringList& chain) {
+void KeyedWriter::setRecord(Uid uid, std::span<const Field> fields, const QStringList& chain) {
   m_objects[uid] = recordObject(fields, chain);
 }
 
-KeyedWriter::Uid KeyedWriter::valueRecord(std::vector<Field> fields, const QStringList& chain) {
-  QByteArray key = chain.value(0).toUtf8() + '\n';
-  for (const auto& [name, value] : fields)
-    key += name.toUtf8() + '=' + QByteArray::number(value) + '\n';
-  if (const auto known = m_values.constFind(key); known != m_values.cend())
-    return *known;
+KeyedWriter::Uid KeyedWriter::valueRecord(std::span<const Field> fields, const QStringList& chain) {
+  // The list makes one object of equal dictionaries, unless they are large.
   const Uid uid = reserve();
-  setRecord(uid, std::move(fields), chain);
-  return *m_values.insert(key, uid);
+  const Inline record = recordObject(fields, chain);
+  const auto known = m_values.constFind(record);
+  if (known != m_values.cend()) {
+    m_objects.pop_back(); // its class was there already, so it is the last one
+    return *known;
+  }
+  m_objects[uid] = record;
+  return *m_values.insert(record, uid);
 }
 
 QByteArray KeyedWriter::finish(Uid root) {
   const Inline rootName = m_list.string(QStringLiteral("root"));
   const Inline rootReference = inlineReference(root);
-  const std::vector<Inline> keys{m_list.string(QStringLiteral("$version")),
-                                 m_list.string(QStringLiteral("$archiver")),
-                                 m_list.string(QStringLiteral("$top")),
-                                 m_list.string(QStringLiteral("$objects"))};
+  const std::vector<Inline> keys{
+      m_list.string(QStringLiteral("$version")), m_list.string(QStringLiteral("$archiver")),
+      m_list.string(QStringLiteral("$top")), m_list.string(QStringLiteral("$objects"))};
   const std::vector<Inline> values{
       m_list.integer(KeyedArchive::kVersion), m_list.string(QStringLiteral("NSKeyedArchiver")),
       m_list.dictionary(std::span(&rootName, 1), std::span(&rootReference, 1)),

@@ -41,6 +41,9 @@ class KeyedWriter {
   Uid array(std::span<const Uid> elements);
   Uid mutableArray(std::span<const Uid> elements);
   Uid dictionary(std::span<const Uid> keys, std::span<const Uid> values);
+  // The same for an object that was reserved.
+  void setArray(Uid uid, std::span<const Uid> elements);
+  void setDictionary(Uid uid, std::span<const Uid> keys, std::span<const Uid> values);
 
   // Values of a record's fields.
   Inline inlineReference(Uid uid);
@@ -53,9 +56,15 @@ class KeyedWriter {
   Uid classRecord(const QStringList& chain, const QStringList& hints = {});
   /// A new object to be filled in with setRecord, which its own fields may refer to meanwhile.
   Uid reserve();
-  void setRecord(Uid uid, std::vector<Field> fields, const QStringList& chain);
+  void setRecord(Uid uid, std::span<const Field> fields, const QStringList& chain);
+  void setRecord(Uid uid, std::initializer_list<Field> fields, const QStringList& chain) {
+    setRecord(uid, std::span(fields.begin(), fields.size()), chain);
+  }
   /// A record by its value: the same object for equal fields and class.
-  Uid valueRecord(std::vector<Field> fields, const QStringList& chain);
+  Uid valueRecord(std::span<const Field> fields, const QStringList& chain);
+  Uid valueRecord(std::initializer_list<Field> fields, const QStringList& chain) {
+    return valueRecord(std::span(fields.begin(), fields.size()), chain);
+  }
 
   /// object with all that it leads to, each copied once for the life of the writer; cycles and
   /// sharing are kept. Nil unless the object is sound.
@@ -69,16 +78,18 @@ class KeyedWriter {
 
   Uid scalar(Inline object);
   Uid append(Inline object);
-  Inline recordObject(std::vector<Field>& fields, const QStringList& chain);
-  Uid collection(std::span<const Uid> elements, const QStringList& chain);
+  /// The fields with the class, as a dictionary of the list.
+  Inline recordObject(std::span<const Field> fields, const QStringList& chain);
+  Uid makeClassRecord(const QStringList& chain, const QStringList& hints);
   Inline uidArray(std::span<const Uid> uids);
 
   plist::Writer m_list;
   std::vector<Inline> m_objects;
   std::vector<Inline> m_references; // by uid, made when first asked for
   QHash<Inline, Uid> m_scalars;
-  QHash<QByteArray, Uid> m_values; // by fields and class
-  QHash<QString, Uid> m_classes;   // by chain and hints
+  QHash<Inline, Uid> m_values;                              // by the dictionary that they are
+  QHash<QString, Uid> m_classes;                            // by chain and hints
+  std::vector<std::pair<QStringList, Uid>> m_latestClasses; // without hints
   QHash<std::pair<const KeyedArchive*, quint64>, Uid> m_copies;
   std::vector<std::shared_ptr<const KeyedArchive>> m_sources; // alive: m_copies knows them
 };

@@ -4,9 +4,8 @@
 #include "store/archive/attribute_codec.h"
 #include "store/archive/run_codec.h"
 
-#include <QHash>
-
 #include <algorithm>
+#include <unordered_map>
 
 namespace tockwise {
 namespace {
@@ -15,6 +14,7 @@ using Uid = KeyedArchive::Uid;
 
 constexpr qsizetype kMostBytes = 64 << 20; // that the runs of a text may take, and
 constexpr qsizetype kBytesPerByte = 4;     // so many more for each byte of the archive
+constexpr size_t kUsualRuns = 1000;
 
 class TextDecoder {
  public:
@@ -35,7 +35,7 @@ class TextDecoder {
 
   const KeyedArchive& m_archive;
   AttributeDecoder m_attributes;
-  QHash<Uid, TextAttributes> m_known;
+  std::unordered_map<Uid, TextAttributes> m_known;
   UnarchivedText m_result;
   qsizetype m_covered = 0; // units that have a run
   qsizetype m_bytesLeft;
@@ -86,6 +86,7 @@ void TextDecoder::readRunTable(const QByteArray& bytes, Uid dictionaries) {
   else if (m_archive.isKindOf(dictionaries, u"NSDictionary"))
     uids = {dictionaries};
   const RunTable table = decodeRuns(bytes);
+  m_result.text.runs.reserve(std::min(table.runs.size(), kUsualRuns));
   qint64 end = 0; // as the table has it
   for (const RunEntry& entry : table.runs) {
     end += entry.length;
@@ -158,10 +159,11 @@ const TextAttributes& TextDecoder::attributesOf(Uid dictionary) {
     auto attributes = m_attributes.decode(dictionary);
     if (!attributes)
       note(QStringLiteral("the attributes of a run are damaged"));
-    known = m_known.insert(dictionary, attributes ? std::move(*attributes) : TextAttributes());
-    m_bytesLeft -= std::min(m_bytesLeft, sizeOf(*known));
+    known =
+        m_known.emplace(dictionary, attributes ? std::move(*attributes) : TextAttributes()).first;
+    m_bytesLeft -= std::min(m_bytesLeft, sizeOf(known->second));
   }
-  return *known;
+  return known->second;
 }
 
 } // namespace

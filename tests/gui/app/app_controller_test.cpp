@@ -1,5 +1,7 @@
 // The subsystems connected: what happens to a reminder between the tick, the alert and the store.
+#include "app/alert_commands.h"
 #include "app/app_controller.h"
+#include "support/fake_pasteboard.h"
 #include "support/fakes.h"
 #include "support/test_environment.h"
 
@@ -22,6 +24,8 @@ class AppControllerTest : public QObject {
   FakePrompter* m_prompter = nullptr;
   FakeSoundPlayer* m_sounds = nullptr;
   FakeWakeTimer* m_wakeTimer = nullptr;
+  FakeWorkspace* m_workspace = nullptr;
+  FakeScriptHost* m_scripts = nullptr;
   std::unique_ptr<AppController> m_controller;
 
   QString addDue(const char* words, QVariantMap options = {}) {
@@ -51,9 +55,15 @@ class AppControllerTest : public QObject {
     m_prompter = prompter.get();
     m_sounds = sounds.get();
     m_wakeTimer = wakeTimer.get();
+    auto workspace = std::make_unique<FakeWorkspace>();
+    auto scripts = std::make_unique<FakeScriptHost>();
+    m_workspace = workspace.get();
+    m_scripts = scripts.get();
     m_controller = std::make_unique<AppController>(
-        std::move(*store), Ports{std::move(prompter), std::move(sounds),
-                                 std::make_unique<FakePowerEvents>(), std::move(wakeTimer)});
+        std::move(*store),
+        Ports{std::move(prompter), std::move(sounds), std::make_unique<FakePowerEvents>(),
+              std::move(wakeTimer), std::move(workspace), std::move(scripts),
+              std::make_unique<FakePasteboard>()});
     m_controller->start();
   }
   void cleanup() {
@@ -77,6 +87,29 @@ class AppControllerTest : public QObject {
     QVERIFY(alert[text("shown")].toBool());
   }
 
+  void aTaskIsStartedBeforeTheAlertOpens() {
+    QStringList calls;
+    connect(m_controller.get(), &AppController::alertOpened, this, [&] {
+      calls = m_workspace->calls;
+      calls += QString::number(m_scripts->scripts.size());
+    });
+    addDue("Tea", {{text("task"), text("web:example.org")}});
+    openAlerts(1);
+    QCOMPARE(calls, (QStringList{text("openURL http://example.org"), text("0")}));
+    addDue("Coffee", {{text("task"), text("script:/home/me/brew.sh")}});
+    openAlerts(2);
+    QCOMPARE(calls.last(), text("1"));
+    QCOMPARE(m_scripts->scripts.front().path, text("/home/me/brew.sh"));
+  }
+
+  void aTaskThatFailsLeavesTheAlertAndShowsNothing() {
+    m_workspace->succeeds = false;
+    addDue("Tea", {{text("task"), text("application:no such thing")}});
+    openAlerts(1);
+    QCOMPARE(m_workspace->calls, QStringList{text("launchApplication no such thing")});
+    QVERIFY(m_prompter->asked.empty() && m_prompter->told.empty());
+  }
+
   void theAlertOfADeletedReminderHasNoIdentity() {
     const QString uuid = addDue("Tea");
     openAlerts(1);
@@ -87,7 +120,7 @@ class AppControllerTest : public QObject {
   void remindAgainComesBackInTenMinutes() {
     addDue("Tea", {{text("email"), true}});
     openAlerts(1);
-    QVERIFY(m_controller->alertCommand(text("again"), 1));
+    QVERIFY(alertCommand(m_controller->alerts(), text("again"), 1));
     openAlerts(0);
     QCOMPARE(textsOfQueue(), (QStringList{text("Tea"), text("Tea")}));
     const auto list = m_controller->commands().list();
@@ -159,7 +192,7 @@ class AppControllerTest : public QObject {
   void alertCommandsThatCannotBeDone() {
     QFETCH(QString, action);
     QFETCH(int, position);
-    const auto done = m_controller->alertCommand(action, position);
+    const auto done = alertCommand(m_controller->alerts(), action, position);
     QVERIFY(!done);
     QCOMPARE(done.error().kind, Error::Kind::NotFound);
   }
@@ -171,14 +204,14 @@ class AppControllerTest : public QObject {
     const auto shown = [this](int i) {
       return m_controller->alertsJson()[i].toObject()[text("shown")].toBool();
     };
-    QVERIFY(m_controller->alertCommand(text("hide"), 2));
+    QVERIFY(alertCommand(m_controller->alerts(), text("hide"), 2));
     QVERIFY(shown(0));
     QVERIFY(!shown(1));
-    QVERIFY(m_controller->alertCommand(text("hide"), 0));
+    QVERIFY(alertCommand(m_controller->alerts(), text("hide"), 0));
     QVERIFY(!shown(0));
-    QVERIFY(m_controller->alertCommand(text("show"), 0));
+    QVERIFY(alertCommand(m_controller->alerts(), text("show"), 0));
     QVERIFY(shown(0) && shown(1));
-    QVERIFY(m_controller->alertCommand(text("ok-all"), 0));
+    QVERIFY(alertCommand(m_controller->alerts(), text("ok-all"), 0));
     openAlerts(0);
   }
 

@@ -164,6 +164,11 @@ class FileWrapperTest : public QObject {
     QCOMPARE(read->children.size(), size_t(2));
     QCOMPARE(read->children[0].name, QStringLiteral("unnamed"));
     QCOMPARE(read->children[1].contents, QByteArray("2"));
+    const auto hidden = readFileWrapper(container(
+        folderNode({{"x/..", bytesNode("3")}, {"x/__@PreferredName@__", bytesNode("4")}})));
+    QVERIFY(hidden.ok());
+    for (const FileWrapper& child : hidden->children)
+      QCOMPARE(child.name, QStringLiteral("unnamed"));
   }
 
   void damageIsRefused_data() {
@@ -219,6 +224,7 @@ class FileWrapperTest : public QObject {
     row("here", QStringLiteral("."), QString());
     row("control characters", QStringLiteral("a\n\x01\x7f.txt"), QStringLiteral("a.txt"));
     row("turned around", QStringLiteral("a\u202egpj.exe"), QStringLiteral("agpj.exe"));
+    row("byte-order mark", QStringLiteral("\ufeffa.txt"), QStringLiteral("a.txt"));
     row("too long", QString(300, u'a'), QString(255, u'a'));
     row("too long in bytes", QString(200, QChar(u'日')), QString(85, QChar(u'日')));
     row("pair at the limit", QString(254, u'a') + QStringLiteral("😀"), QString(254, u'a'));
