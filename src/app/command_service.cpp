@@ -12,6 +12,7 @@ namespace {
 const QString kAt = QStringLiteral("at");
 const QString kIn = QStringLiteral("in");
 const QString kText = QStringLiteral("text");
+const QString kRich = QStringLiteral("rich");
 
 // What a new reminder starts from, as a new editor does.
 Reminder reminderFromDefaults(const Settings& settings) {
@@ -43,7 +44,8 @@ Result<QString> CommandService::add(const QString& text, const QVariantMap& opti
   if (options.contains(kAt) == options.contains(kIn))
     return Error{Error::Kind::Usage, QStringLiteral("say when: either --at or --in")};
   QVariantMap all = options;
-  all.insert(kText, text);
+  if (!text.isEmpty() || !options.contains(kRich))
+    all.insert(kText, text);
   Reminder reminder = reminderFromDefaults(m_store.preferences());
   const auto applied =
       applyReminderOptions(all, reminder, m_store.clock().now(), Calendar::current());

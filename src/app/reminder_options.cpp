@@ -2,6 +2,8 @@
 
 #include "dates/date_text.h"
 #include "prefs/quick_time.h"
+#include "richtext/picture_scaling.h"
+#include "store/archive/text_archive.h"
 
 #include <QRegularExpression>
 #include <QStringList>
@@ -59,6 +61,21 @@ Result<void> applyText(const QVariant& value, Target& target) {
     target.reminder.reminderDescriptions = text;
     target.reminder.reminderRTFs.clear(); // the rich text said something else
   }
+  return {};
+}
+
+// The text with its pictures scaled; the plain text goes with it.
+Result<void> applyRich(const QVariant& value, Target& target) {
+  QByteArray archive = value.toByteArray();
+  auto text = unarchiveTextStorage(archive);
+  if (!text)
+    return usage(QStringLiteral("--rich: this is no archived rich text"));
+  if (text->isEmpty())
+    return usage(QStringLiteral("Your reminder is blank. Please type in a reminder."));
+  if (scaleAttachments(*text) > 0)
+    archive = archiveText(*text);
+  target.reminder.reminderDescriptions = text->text;
+  target.reminder.reminderRTFs = archive;
   return {};
 }
 
@@ -195,12 +212,21 @@ Result<void> applyTask(const QVariant& value, Target& target) {
 struct Option {
   const char16_t* name;
   Apply apply;
+  QMetaType::Type type;
 };
-constexpr Option kOptions[] = {{u"text", applyText},     {u"at", applyAt},
-                               {u"in", applyIn},         {u"every", applyEvery},
-                               {u"days", applyDays},     {u"between", applyBetween},
-                               {u"before", applyBefore}, {u"email", applyEmail},
-                               {u"sms", applySms},       {u"task", applyTask}};
+constexpr Option kOptions[] = {
+    {u"text", applyText, QMetaType::QString},       {u"rich", applyRich, QMetaType::QByteArray},
+    {u"at", applyAt, QMetaType::QString},           {u"in", applyIn, QMetaType::QString},
+    {u"every", applyEvery, QMetaType::QString},     {u"days", applyDays, QMetaType::QString},
+    {u"between", applyBetween, QMetaType::QString}, {u"before", applyBefore, QMetaType::QString},
+    {u"email", applyEmail, QMetaType::Bool},        {u"sms", applySms, QMetaType::Bool},
+    {u"task", applyTask, QMetaType::QString}};
+
+QString nameOf(QMetaType::Type type) {
+  if (type == QMetaType::Bool)
+    return QStringLiteral("boolean");
+  return type == QMetaType::QString ? QStringLiteral("string") : QStringLiteral("byte array");
+}
 
 } // namespace
 
@@ -208,6 +234,8 @@ Result<void> applyReminderOptions(const QVariantMap& options, Reminder& reminder
                                   const Calendar& calendar) {
   if (options.contains(QStringLiteral("at")) && options.contains(QStringLiteral("in")))
     return usage(QStringLiteral("--at and --in exclude one another"));
+  if (options.contains(QStringLiteral("text")) && options.contains(QStringLiteral("rich")))
+    return usage(QStringLiteral("the text comes from --rich: leave the other text out"));
   Reminder changed = reminder;
   Target target{changed, now, calendar};
   for (auto given = options.begin(); given != options.end(); ++given) {
@@ -216,12 +244,9 @@ Result<void> applyReminderOptions(const QVariantMap& options, Reminder& reminder
                      [&](const Option& option) { return given.key() == QStringView(option.name); });
     if (known == std::end(kOptions))
       return usage(QStringLiteral("there is no option \"%1\"").arg(given.key()));
-    const bool isFlag = known->apply == applyEmail || known->apply == applySms;
-    const auto expected = isFlag ? QMetaType::Bool : QMetaType::QString;
-    if (given.value().typeId() != expected) {
+    if (given.value().typeId() != known->type) {
       return usage(
-          QStringLiteral("the option \"%1\" takes a %2")
-              .arg(given.key(), isFlag ? QStringLiteral("boolean") : QStringLiteral("string")));
+          QStringLiteral("the option \"%1\" takes a %2").arg(given.key(), nameOf(known->type)));
     }
     if (const auto applied = known->apply(given.value(), target); !applied)
       return applied.error();

@@ -12,6 +12,8 @@ namespace tockwise {
 /// The options by name, with values of these types (command-line words arrive as strings, except
 /// for the flags):
 ///   text    string    the plain text
+///   rich    bytes     a keyed archive of a text storage, which the plain text is taken from; not
+///                     together with text. Pictures that are too wide are scaled
 ///   at      string    "YYYY-MM-DD HH:MM", local time
 ///   in      string    a quick-time text, "1 Day 2 Hours"
 ///   every   string    month, week, day, hour, minute, or "M,D,H,M"; "never" for no repetition

@@ -56,7 +56,11 @@ Result<qsizetype> takeOption(Invocation& invocation, const QStringList& words, q
 Result<void> checkArguments(const Invocation& invocation) {
   const CommandSpec& command = *invocation.command;
   const auto count = int(invocation.arguments.size());
-  if (count >= command.fewestArguments &&
+  const bool hasInstead =
+      command.insteadOfArgument &&
+      invocation.reminderOptions.contains(QString::fromUtf16(command.insteadOfArgument));
+  const bool isTwice = hasInstead && !invocation.arguments.value(0).isEmpty();
+  if (count >= command.fewestArguments - (hasInstead ? 1 : 0) && !isTwice &&
       (command.mostArguments < 0 || count <= command.mostArguments))
     return {};
   return usage(QStringLiteral("usage: tockwise %1 %2")

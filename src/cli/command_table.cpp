@@ -21,6 +21,7 @@ constexpr std::array kReminderOptions{
     OptionSpec{u"task", true,
                u"TYPE:PATH to open; TYPE is web, media, document, application or script"},
     OptionSpec{u"no-task", false, u"open nothing"},
+    OptionSpec{u"rich", true, u"an HTML, RTF, RTFD or picture file: the text, with its format"},
     OptionSpec{u"text", true, u"the new text"}, // edit only: add takes all but this last one
 };
 constexpr std::span kEditOptions{kReminderOptions};
@@ -30,11 +31,12 @@ constexpr std::array kJsonOption{OptionSpec{u"json", false, u"print one JSON val
 constexpr std::array kYesOption{OptionSpec{u"yes", false, u"answer every question with Yes"}};
 
 constexpr CommandSpec kCommands[] = {
-    {u"add", u"TEXT (--at WHEN | --in TIME) [options]",
-     u"appends a reminder; prints its identifier", 1, 1, kAddOptions},
+    {u"add", u"(TEXT | --rich FILE) (--at WHEN | --in TIME) [options]",
+     u"appends a reminder; prints its identifier", 1, 1, kAddOptions, u"rich"},
     {u"list", u"[--json]", u"the queue in its order", 0, 0, kJsonOption},
     {u"show", u"UUID|N [--json]", u"one reminder; N counts from 1", 1, 1, kJsonOption},
-    {u"edit", u"UUID|N [options] [--text TEXT]", u"changes a reminder", 1, 1, kEditOptions},
+    {u"edit", u"UUID|N [options] [--text TEXT | --rich FILE]", u"changes a reminder", 1, 1,
+     kEditOptions},
     {u"delete", u"UUID|N", u"removes a reminder", 1, 1, {}},
     {u"clear", u"--yes", u"removes every reminder", 0, 0, kYesOption},
     {u"menu", u"[--json]", u"the status menu as it would be shown now", 0, 0, kJsonOption},

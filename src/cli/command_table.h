@@ -20,6 +20,7 @@ struct CommandSpec {
   int fewestArguments;
   int mostArguments; // -1: any number
   std::span<const OptionSpec> options;
+  const char16_t* insteadOfArgument = nullptr; // an option that takes the place of one argument
 };
 
 std::span<const CommandSpec> commandTable();

@@ -4,6 +4,7 @@
 #include "cli/bus_backend.h"
 #include "cli/command_line.h"
 #include "cli/output.h"
+#include "cli/rich_option.h"
 #include "cli/store_backend.h"
 #include "prefs/setting_table.h"
 
@@ -189,6 +190,27 @@ Printed carryOut(Backend& backend, const Invocation& words) {
   return runQuit(backend, words);
 }
 
+// Asks the application, or does it on the store, and prints what comes of it.
+int printAnswer(const Invocation& invocation) {
+  const SystemClock clock;
+  QElapsedTimer waited;
+  waited.start();
+  Printed printed = QString();
+  do { // an application that goes away meanwhile leaves the store to us
+    const auto backend = findBackend(clock);
+    if (!backend)
+      return fail(backend.error());
+    printed = carryOut(**backend, invocation);
+    if (printed || printed.error().kind != Error::Kind::Busy)
+      break;
+    QThread::msleep(kPause);
+  } while (waited.elapsed() < kPatience);
+  if (!printed)
+    return fail(printed.error());
+  print(stdout, *printed);
+  return kDone;
+}
+
 } // namespace
 
 int runCommand(const QStringList& words) {
@@ -204,7 +226,7 @@ int runCommand(const QStringList& words) {
     print(stdout, QStringLiteral("Tockwise %1\n").arg(QStringLiteral(TOCKWISE_VERSION)));
     return kDone;
   }
-  const auto invocation = parseCommandLine(words);
+  auto invocation = parseCommandLine(words);
   if (!invocation)
     return fail(invocation.error());
   if (invocation->help) {
@@ -212,24 +234,12 @@ int runCommand(const QStringList& words) {
     return kDone;
   }
   // A command tells what happened in one line of its own.
-  QLoggingCategory::setFilterRules(QStringLiteral("tockwise.info=false"));
-  const SystemClock clock;
-  QElapsedTimer waited;
-  waited.start();
-  Printed printed = QString();
-  do { // an application that goes away meanwhile leaves the store to us
-    const auto backend = findBackend(clock);
-    if (!backend)
-      return fail(backend.error());
-    printed = carryOut(**backend, *invocation);
-    if (printed || printed.error().kind != Error::Kind::Busy)
-      break;
-    QThread::msleep(kPause);
-  } while (waited.elapsed() < kPatience);
-  if (!printed)
-    return fail(printed.error());
-  print(stdout, *printed);
-  return kDone;
+  QLoggingCategory::setFilterRules(
+      QStringLiteral("tockwise.info=false\nqt.gui.imageio.warning=false"));
+  // Here, where the caller's folder is: the application has another.
+  if (const auto read = readRichOption(invocation->reminderOptions); !read)
+    return fail(read.error());
+  return printAnswer(*invocation);
 }
 
 } // namespace tockwise

@@ -65,22 +65,23 @@ bool same(const Look& one, const Look& other) {
          one.direction == other.direction && one.lists == other.lists;
 }
 
-Tab tabOf(const TextTab& tab) {
+/// Archives measure tab stops from the margin, Qt from where the first line starts (pixels).
+Tab tabOf(const TextTab& tab, double lineStart) {
   QTextOption::TabType type = QTextOption::LeftTab;
   if (tab.alignment == qint64(TextAlignment::Right))
     type = QTextOption::RightTab;
   else if (tab.alignment == qint64(TextAlignment::Center))
     type = QTextOption::CenterTab;
-  return {pixels(tab.location), type};
+  return {pixels(tab.location) - lineStart, type};
 }
 
-TextTab tabOf(const Tab& tab) {
+TextTab tabOf(const Tab& tab, double lineStart) {
   TextAlignment alignment = TextAlignment::Left;
   if (tab.type == QTextOption::RightTab)
     alignment = TextAlignment::Right;
   else if (tab.type == QTextOption::CenterTab)
     alignment = TextAlignment::Center;
-  return {points(tab.position), qint64(alignment), {}};
+  return {points(tab.position + lineStart), qint64(alignment), {}};
 }
 
 /// Qt has one kind of line height at a time: the most telling of those that are stated.
@@ -138,7 +139,7 @@ Look lookOf(const std::optional<ParagraphStyle>& style) {
   lookAtLineHeight(*style, look);
   if (style->tabStops) {
     for (const TextTab& tab : *style->tabStops)
-      look.tabs += tabOf(tab);
+      look.tabs += tabOf(tab, look.head + look.firstLine);
   }
   if (style->writingDirection == 1)
     look.direction = Qt::LeftToRight;
@@ -214,14 +215,15 @@ void show(const Look& look, QTextBlockFormat& format) {
 }
 
 /// Tab stops that stayed keep what they came with.
-std::vector<TextTab> changedTabs(const ParagraphStyle& style, const QList<Tab>& now) {
+std::vector<TextTab> changedTabs(const ParagraphStyle& style, const Look& now) {
+  const double lineStart = now.head + now.firstLine;
   std::vector<TextTab> tabs;
-  for (const Tab& tab : now) {
+  for (const Tab& tab : now.tabs) {
     const std::vector<TextTab> known = style.tabStops.value_or(std::vector<TextTab>());
     const auto kept = std::find_if(known.begin(), known.end(), [&](const TextTab& candidate) {
-      return same(tabOf(candidate), tab);
+      return same(tabOf(candidate, lineStart), tab);
     });
-    tabs.push_back(kept == known.end() ? tabOf(tab) : *kept);
+    tabs.push_back(kept == known.end() ? tabOf(tab, lineStart) : *kept);
   }
   return tabs;
 }
@@ -254,7 +256,7 @@ ParagraphStyle changedStyle(ParagraphStyle style, const Look& before, const Look
   if (!sameLineHeight(before, now))
     takeOverLineHeight(style, now);
   if (!same(before.tabs, now.tabs))
-    style.tabStops = changedTabs(style, now.tabs);
+    style.tabStops = changedTabs(style, now);
   if (now.direction != before.direction)
     style.writingDirection = storedDirection(now.direction);
   if (now.lists != before.lists)
@@ -293,6 +295,10 @@ std::optional<ParagraphStyle> styleOf(const QTextBlockFormat& format, double ind
   ParagraphStyle natural;
   natural.alignment = TextAlignment::Natural;
   return changedStyle(origin.value_or(natural), before, now);
+}
+
+double tabOrigin(const QTextBlockFormat& format, double indentWidth) {
+  return lookOf(format, indentWidth).head + format.textIndent();
 }
 
 QStringList listMarkers(const QTextBlockFormat& format) {

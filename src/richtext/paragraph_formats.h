@@ -27,6 +27,11 @@ bool showsStyle(const QTextBlockFormat& format, const std::optional<ParagraphSty
 /// else that one with what was changed, without an original.
 std::optional<ParagraphStyle> styleOf(const QTextBlockFormat& format, double indentWidth);
 
+/// Where Qt measures the format's tab positions from: the start of the paragraph's first line, in
+/// pixels from the left margin of the text. Whoever moves that line and wants the tab stops to stay
+/// where they are moves their positions the other way.
+double tabOrigin(const QTextBlockFormat& format, double indentWidth);
+
 /// The marker formats of the lists that a paragraph is in, outermost first: "{disc}".
 QStringList listMarkers(const QTextBlockFormat& format);
 /// Puts a paragraph into lists; the markers in the text are the caller's.

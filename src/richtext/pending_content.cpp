@@ -2,6 +2,7 @@
 
 #include "richtext/place_picture.h"
 #include "richtext/text_document.h"
+#include "richtext/typing_format.h"
 
 #include <QFutureWatcher>
 #include <QPromise>
@@ -125,7 +126,7 @@ void PendingContent::start(const IncomingContent& content, QSizeF frame, Step st
   cursor.insertText(QString(QChar(QChar::ObjectReplacementCharacter)), placeFormat(number));
   cursor.setCharFormat(around);
   cursor.endEditBlock();
-  m_view.setTextCursor(cursor);
+  moveCursor(m_view, cursor);
 
   auto* watcher = new QFutureWatcher<LoadedContent>(this);
   m_running.push_back(
@@ -205,7 +206,7 @@ void PendingContent::put(Ready ready) {
   QTextCursor cursor = m_view.textCursor();
   cursor.setPosition(moved(anchor));
   cursor.setPosition(moved(cursorAt), QTextCursor::KeepAnchor);
-  m_view.setTextCursor(cursor);
+  moveCursor(m_view, cursor);
 }
 
 void PendingContent::lookAgain(int position, int added) {

@@ -86,7 +86,7 @@ void QSTextView::Private::insert(const AttributedText& text) {
     return;
   QTextCursor cursor = q.textCursor();
   insertText(cursor, text);
-  q.setTextCursor(cursor);
+  tockwise::moveCursor(q, cursor);
   q.ensureCursorVisible();
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 /// A title's picture beyond this is named, not shown: menus must open at once.
 constexpr qint64 kMostShownPixels = 24'000'000;
-constexpr qint64 kMostShownBytes = 16 * 1024 * 1024;
+constexpr qint64 kMostShownBytes = 16LL * 1024 * 1024;
 
 QString alignmentName(TextAlignment alignment) {
   switch (alignment) {

@@ -145,6 +145,12 @@ NameParts partsOf(const QString& name) {
   return parts;
 }
 
+/// Qt tells families of several foundries apart: "Nimbus Sans [urw]".
+QString withoutFoundry(const QString& family) {
+  const qsizetype bracket = family.indexOf(u" [");
+  return bracket > 0 && family.endsWith(u']') ? family.left(bracket) : family;
+}
+
 /// What this machine has, looked up once and again when fonts were added or removed. A child of
 /// the application.
 class InstalledFonts final : public QObject {
@@ -160,7 +166,7 @@ class InstalledFonts final : public QObject {
   QString find(QStringView family) {
     if (m_names.isEmpty()) {
       for (const QString& installed : QFontDatabase::families())
-        m_names.insert(folded(installed), installed);
+        m_names.insert(folded(withoutFoundry(installed)), withoutFoundry(installed));
     }
     return m_names.value(folded(family));
   }
@@ -192,7 +198,7 @@ class InstalledFonts final : public QObject {
       candidates += parts.family->standIns.toString().split(u'|', Qt::SkipEmptyParts);
     candidates += familiesOfKind(kind);
     for (const QString& candidate : std::as_const(candidates)) {
-      const QString installed = find(candidate);
+      QString installed = find(candidate);
       if (!installed.isEmpty())
         return installed;
     }
@@ -229,10 +235,11 @@ FontTraits fontTraits(const QString& postScriptName) {
 QString postScriptName(const FontTraits& traits) {
   if (traits.family.trimmed().isEmpty())
     return postScriptName({kDefaultFontName.toString(), traits.weight, traits.italic});
-  if (const FontFamily* known = familyOfName(traits.family))
+  const QString family = withoutFoundry(traits.family);
+  if (const FontFamily* known = familyOfName(family))
     return nameByHabit(known->base.toString(), known->habit, traits.weight, traits.italic);
   QString base;
-  for (const QChar character : traits.family) {
+  for (const QChar character : family) {
     // Of printable ASCII, PostScript names have all but blanks and brackets.
     const bool isAllowed = character.unicode() > 0x20 && character.unicode() != 0x7f &&
                            !QStringView(u"[](){}<>/%").contains(character);

@@ -60,4 +60,9 @@ void keepTypingPlain(QTextEdit& view) {
   view.setCurrentCharFormat(format);
 }
 
+void moveCursor(QTextEdit& view, const QTextCursor& cursor) {
+  view.setTextCursor(cursor);
+  keepTypingPlain(view);
+}
+
 } // namespace tockwise

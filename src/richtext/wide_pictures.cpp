@@ -2,6 +2,7 @@
 
 #include "richtext/picture_scaling.h"
 #include "richtext/text_document.h"
+#include "richtext/typing_format.h"
 
 #include <QTextBlock>
 #include <QTextDocument>
@@ -87,7 +88,7 @@ void WidePictures::scaleEdited() {
   QTextCursor shown = m_view.textCursor();
   shown.setPosition(anchor);
   shown.setPosition(position, QTextCursor::KeepAnchor);
-  m_view.setTextCursor(shown);
+  moveCursor(m_view, shown);
 }
 
 } // namespace tockwise

@@ -12,6 +12,7 @@ using plist::Kind;
 using plist::Ref;
 using Uid = KeyedArchive::Uid;
 
+constexpr qsizetype kLongestName = 80;
 constexpr Date kLastOfYear9999{252423993599.0};
 constexpr double kLargestWhole = 9007199254740992.0; // up to here, reals hold every integer
 
@@ -153,7 +154,7 @@ std::optional<Date> dateAt(const KeyedArchive& archive, Uid uid) {
 std::optional<QString> urlAt(const KeyedArchive& archive, Uid uid) {
   if (!archive.isKindOf(uid, u"NSURL"))
     return std::nullopt;
-  const auto relative = stringField(archive, uid, u"NS.relative");
+  auto relative = stringField(archive, uid, u"NS.relative");
   const Uid base = archive.reference(uid, u"NS.base");
   if (!relative || base == KeyedArchive::kNil || base == uid)
     return relative;
@@ -204,6 +205,15 @@ std::optional<qint64> integerField(const KeyedArchive& archive, Uid record, QStr
 
 std::optional<double> realField(const KeyedArchive& archive, Uid record, QStringView name) {
   return readField(archive, record, name, realOf, realAt);
+}
+
+QString inMessage(const QString& name) {
+  QString shown = name.left(kLongestName);
+  for (QChar& unit : shown) {
+    if (!unit.isPrint())
+      unit = QChar::ReplacementCharacter;
+  }
+  return shown;
 }
 
 } // namespace tockwise

@@ -43,4 +43,7 @@ std::optional<qint64> integerField(const KeyedArchive& archive, KeyedArchive::Ui
 std::optional<double> realField(const KeyedArchive& archive, KeyedArchive::Uid record,
                                 QStringView name);
 
+/// A name out of an archive as it may stand in a message: short, in one line.
+QString inMessage(const QString& name);
+
 } // namespace tockwise

@@ -95,7 +95,7 @@ void AttributeDecoder::decodeAttribute(const QString& name, Uid value, TextAttri
   if (m_archive.isSound(value))
     attributes.others.push_back({name, m_archive.object(value)});
   else
-    note(QStringLiteral("the attribute %1 is damaged and was left out").arg(name));
+    note(QStringLiteral("the attribute %1 is damaged and was left out").arg(inMessage(name)));
 }
 
 bool AttributeDecoder::decodeKnown(const QString& name, Uid value, TextAttributes& attributes) {
@@ -185,7 +185,7 @@ KeyedWriter::Uid AttributeEncoder::encode(const TextAttributes& attributes) {
   QByteArray identity;
   for (const auto& part : {m_keys, m_values})
     identity.append(reinterpret_cast<const char*>(part.data()),
-                    qsizetype(part.size() * sizeof(Uid)));
+                    qsizetype(part.size()) * qsizetype(sizeof(Uid)));
   if (const auto known = m_dictionaries.constFind(identity); known != m_dictionaries.cend())
     return *known;
   return *m_dictionaries.insert(identity, m_writer.dictionary(m_keys, m_values));

@@ -87,7 +87,9 @@ struct TextAttributes {
   ArchiveObject linkOriginal;          // of link
   std::optional<ParagraphStyle> paragraph;
   std::optional<TextAttachment> attachment;
-  std::vector<OtherAttribute> others; // sorted by name
+  /// Sorted by name. One with the name of a known attribute (a pattern as NSColor) is carried until
+  /// the known one is set.
+  std::vector<OtherAttribute> others;
   friend bool operator==(const TextAttributes&, const TextAttributes&) = default;
 };
 
@@ -105,7 +107,8 @@ struct AttributedText {
   std::vector<TextRun> runs;
 
   bool isEmpty() const { return text.isEmpty(); }
-  /// Appends text with those attributes; goes on with the last run when they are equal.
+  /// Appends text with those attributes; goes on with the last run when they are equal. Attachments
+  /// never go on: append them one by one.
   void append(const QString& more, const TextAttributes& attributes);
   /// Makes neighbouring runs of equal attributes one, and drops empty ones.
   void joinEqualRuns();

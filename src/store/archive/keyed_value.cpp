@@ -98,7 +98,7 @@ class ValueDecoder {
     if (record->contains(u"NSNumber"))
       return decodeNumber(uid);
     return damaged(QStringLiteral("the archive holds a %1, which has no place here")
-                       .arg(record->name.left(kMostDepth)));
+                       .arg(inMessage(record->name)));
   }
 
   Result<Value> decodeNumber(Uid uid) {

@@ -1,4 +1,5 @@
 #include "app/command_service.h"
+#include "store/archive/text_archive.h"
 #include "support/test_environment.h"
 
 #include <QTest>
@@ -78,6 +79,24 @@ class CommandServiceTest : public QObject {
       QVERIFY(!shown);
       QCOMPARE(shown.error().kind, Error::Kind::NotFound);
     }
+  }
+
+  void showingTellsTheRunsOfTheRichText() {
+    QVERIFY(m_commands->add(text("Tea"), in("1 Hour")).ok());
+    QVERIFY((*m_commands->show(text("1")))[text("richText")].isNull());
+    AttributedText rich;
+    rich.text = text("Tea");
+    rich.runs = {{3, {}}};
+    rich.runs[0].attributes.font = TextFont{text("Georgia-Bold"), 14, {}};
+    QVERIFY(m_store->queue().set<&Columns::reminderRTFs>(0, archiveText(rich)));
+    const QJsonArray runs = (*m_commands->show(text("1")))[text("richText")].toArray();
+    QCOMPARE(runs.size(), 1);
+    QCOMPARE(runs[0].toObject()[text("text")].toString(), text("Tea"));
+    const QJsonObject attributes = runs[0].toObject()[text("attributes")].toObject();
+    QCOMPARE(attributes[text("font")].toString(), text("Georgia-Bold"));
+    QCOMPARE(attributes[text("size")].toDouble(), 14.0);
+    QVERIFY(m_store->queue().set<&Columns::reminderRTFs>(0, QByteArray("damaged")));
+    QVERIFY((*m_commands->show(text("1")))[text("richText")].isNull());
   }
 
   void editingResetsTheFiringCountAndKeepsTheIdentifier() {

@@ -1,7 +1,7 @@
 // Archives through a document and back: every fixture, and texts of our own.
-#include "support/random_text.h"
 #include "richtext/text_document.h"
 #include "support/archive_json.h"
+#include "support/random_text.h"
 
 #include <QFileInfo>
 #include <QTest>

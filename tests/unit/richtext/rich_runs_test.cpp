@@ -1,7 +1,7 @@
 // The runs that menus and the command line show.
-#include "support/random_text.h"
 #include "richtext/rich_runs.h"
 #include "store/archive/text_archive.h"
+#include "support/random_text.h"
 
 #include <QTest>
 

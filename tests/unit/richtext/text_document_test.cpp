@@ -1,7 +1,7 @@
 // Rich text in a document and back: nothing that was not edited may change.
-#include "support/random_text.h"
 #include "richtext/paragraph_formats.h"
 #include "richtext/text_document.h"
+#include "support/random_text.h"
 
 #include <QGuiApplication>
 #include <QTest>

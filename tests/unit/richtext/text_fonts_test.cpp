@@ -120,6 +120,8 @@ class TextFontsTest : public QObject {
   void familiesOfThisMachineGetNames() {
     QCOMPARE(postScriptName({text("DejaVu Sans"), QFont::Bold, true}),
              text("DejaVuSans-BoldOblique"));
+    QCOMPARE(postScriptName({text("Nimbus Sans [urw]"), QFont::Bold, false}),
+             text("NimbusSans-Bold"));
     QCOMPARE(postScriptName({text("My (odd) Font/%"), QFont::Normal, true}),
              text("MyoddFont-Italic"));
     QCOMPARE(postScriptName({QString(), QFont::Bold, false}), text("Helvetica-Bold"));
@@ -144,10 +146,18 @@ class TextFontsTest : public QObject {
       QVERIFY2(!QFontInfo(fontFor(text(name), 12)).fixedPitch(), name);
     QVERIFY(fontFor(text("Times-Roman"), 12).families() !=
             fontFor(text("Helvetica"), 12).families());
-    for (const char* name : {"Helvetica", "Times-Roman", "Quux-Bold", ".AppleSystemUIFont"})
-      QVERIFY2(QFontDatabase::hasFamily(fontFor(text(name), 12).families().value(0)) ||
-                   name[0] == '.',
-               name);
+    for (const char* name : {"Helvetica", "Times-Roman", "Quux-Bold"}) {
+      const QFont font = fontFor(text(name), 12);
+      QVERIFY2(QFontInfo(font).family().startsWith(font.families().value(0)), name);
+    }
+  }
+
+  void metricCompatibleFontsArePreferred() {
+    if (!QFontDatabase::families().join(u',').contains(u"Nimbus Sans"))
+      QSKIP("The URW fonts are not installed");
+    QCOMPARE(fontFor(text("Helvetica"), 12).families(), QStringList{text("Nimbus Sans")});
+    QCOMPARE(fontFor(text("Times-Roman"), 12).families(), QStringList{text("Nimbus Roman")});
+    QCOMPARE(fontFor(text("Courier"), 12).families(), QStringList{text("Nimbus Mono PS")});
   }
 
   void sizesAreKeptWithinReason() {
