@@ -116,7 +116,7 @@ def open_written(menu):
 def add_written_reminder(session):
     text = Path(session.folder, "balcony.html")
     text.write_text(BALCONY, encoding="utf-8")
-    done = session.tockwise("add", "--rich", str(text), "--in", "1 Day", "--every", "week",
+    done = session.tockwise("add", "--rich", str(text), "--in", "1 Day", "--every", "day",
                             "--days", "Mon,Tue,Wed,Thu,Fri,Sat", "--before", "0,1,0")
     if done.returncode != 0:
         raise SystemExit(done.stderr)
