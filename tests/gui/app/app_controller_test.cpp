@@ -127,24 +127,19 @@ class AppControllerTest : public QObject {
     QVERIFY(m_controller->alertsJson().first().toObject()[text("uuid")].isNull());
   }
 
-  void remindAgainComesBackInTenMinutes() {
-    addDue("Tea", {{text("email"), true}});
+  void remindAgainOpensAnEditorWithTheText() {
+    addDue("Tea");
     openAlerts(1);
     QVERIFY(alertCommand(m_controller->alerts(), text("again"), 1));
     openAlerts(0);
-    QCOMPARE(textsOfQueue(), (QStringList{text("Tea"), text("Tea")}));
-    const auto list = m_controller->commands().list();
-    const auto copy = std::find_if(list.begin(), list.end(), [](const QJsonValue& each) {
-      return each.toObject()[text("reminderRecent")].toInt() == 0;
-    });
-    QVERIFY(copy != list.end());
-    QVERIFY((*copy).toObject()[text("reminderSendEmail")].toBool());
-    m_clock.advance(599);
-    m_wakeTimer->expire();
-    QCOMPARE(m_controller->alertsJson().size(), 0);
-    m_clock.advance(1);
-    m_wakeTimer->expire();
-    openAlerts(1);
+    QCOMPARE(textsOfQueue(), QStringList{text("Tea")});
+    const auto editors = m_controller->editing().reminderWindows();
+    QCOMPARE(editors.size(), size_t(1));
+    const ReminderDraft draft = editors.front()->current();
+    QCOMPARE(draft.purpose, EditorPurpose::RemindAgain);
+    QCOMPARE(draft.reminderText, text("Tea"));
+    QCOMPARE(draft.reminderUUID, QString());
+    QCOMPARE(draft.reminderDate, m_clock.now());
   }
 
   void deletingAsksOnceAndFindsTheReminderAgain() {
