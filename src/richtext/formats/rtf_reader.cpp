@@ -16,7 +16,7 @@ namespace {
 
 using Destination = RtfDestination;
 
-constexpr size_t kDeepest = 500;               // groups
+constexpr size_t kDeepest = 500;           // groups
 constexpr qsizetype kLongestWords = 65536; // of a name, an instruction
 constexpr qsizetype kMostAttachments = 1000;
 
