@@ -263,6 +263,13 @@ class ViewPicturesTest : public QObject {
     QApplication::clipboard()->setMimeData(data);
     paste(shown);
     QTRY_COMPARE(shown.widths(), std::vector<int>{300});
+    data = new QMimeData;
+    data->setData(QStringLiteral("image/jpeg"), jpegOf({80, 40}));
+    QApplication::clipboard()->setMimeData(data);
+    shown.view.selectAll();
+    paste(shown);
+    QTRY_COMPARE(shown.widths(), std::vector<int>{80});
+    QCOMPARE(shown.view.text().runs[0].attributes.attachment->name, QStringLiteral("image.jpg"));
   }
 
   void aBrowsersPictureGoesBeforeItsAddress() {
