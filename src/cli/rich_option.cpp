@@ -16,28 +16,31 @@ namespace {
 /// menu.
 constexpr qsizetype kMostArchiveBytes = 16 * 1024 * 1024;
 
-/// Keeps off stderr, until its end, what the libraries that read pictures print there themselves
-/// about damaged ones: a command that fails says why in one line of its own.
-class QuietStandardError {
+// Libraries that decode pictures complain on stderr themselves, where a command writes one line of
+// its own. For the one thread of a command.
+class QuietErrors {
  public:
-  QuietStandardError() : m_saved(dup(STDERR_FILENO)) {
-    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (m_saved >= 0 && nowhere >= 0)
-      dup2(nowhere, STDERR_FILENO);
-    if (nowhere >= 0)
-      close(nowhere);
-  }
-  ~QuietStandardError() {
+  QuietErrors() {
     std::fflush(stderr);
-    if (m_saved < 0)
-      return;
-    dup2(m_saved, STDERR_FILENO);
-    close(m_saved);
+    m_kept = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
+    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (m_kept >= 0 && nowhere >= 0)
+      ::dup2(nowhere, STDERR_FILENO);
+    if (nowhere >= 0)
+      ::close(nowhere);
   }
-  Q_DISABLE_COPY_MOVE(QuietStandardError)
+  ~QuietErrors() {
+    if (m_kept < 0)
+      return;
+    std::fflush(stderr);
+    ::dup2(m_kept, STDERR_FILENO);
+    ::close(m_kept);
+  }
+  QuietErrors(const QuietErrors&) = delete;
+  QuietErrors& operator=(const QuietErrors&) = delete;
 
  private:
-  int m_saved;
+  int m_kept = -1;
 };
 
 } // namespace
@@ -49,7 +52,7 @@ Result<void> readRichOption(QVariantMap& options) {
   const QString path = option->toString();
   if (path.isEmpty())
     return Error{Error::Kind::Usage, QStringLiteral("--rich takes the name of a file")};
-  const QuietStandardError quiet;
+  const QuietErrors quiet;
   auto text = readRichFile(path);
   if (!text)
     return text.error();

@@ -56,6 +56,7 @@ class ReminderWindowController::Private {
   Outcome outcome = Outcome::Open;
   bool isLoading = true;
   bool isAsking = false;
+  bool openedWithFonts = false; // the text that it was opened with states fonts
   bool createsWhenRead = false; // the create button was pressed while a picture was being read
   QTimer firesTimer;            // as time passes
   QTimer firesSoon;             // once for any number of changes

@@ -6,6 +6,8 @@
 #include <QTextBlock>
 #include <QTextDocument>
 
+#include <algorithm>
+
 namespace tockwise {
 namespace {
 
@@ -19,10 +21,19 @@ struct Marker {
   int number = 0;
 };
 
+/// As much of a paragraph, which may be long, as a marker can take.
+QString beginning(const QTextBlock& block) {
+  constexpr int kLongest = 10;
+  QString text;
+  const int end = block.isValid() ? block.position() + std::min(block.length() - 1, kLongest) : 0;
+  for (int at = block.position(); at < end; ++at)
+    text += block.document()->characterAt(at);
+  return text;
+}
+
 Marker markerOf(const QTextBlock& block) {
   static const QRegularExpression form(QStringLiteral("^\\t(?:([•◦▪▫‣⁃*–-])|(\\d{1,6})[.)])\\t"));
-  // Only the beginning is looked at: a paragraph may be long.
-  const QRegularExpressionMatch match = form.match(block.text().left(10));
+  const QRegularExpressionMatch match = form.match(beginning(block));
   if (!match.hasMatch())
     return {};
   const bool isBullet = match.hasCaptured(1) && match.capturedLength(1) > 0;
@@ -128,7 +139,9 @@ ListKind listKindAt(const QTextCursor& cursor) {
 void setList(const QTextCursor& selection, ListKind kind) {
   QTextDocument* document = selection.document();
   const QTextBlock first = document->findBlock(selection.selectionStart());
-  const int last = document->findBlock(selection.selectionEnd()).blockNumber();
+  // A selection that ends where a paragraph begins has nothing of it.
+  const int end = std::max(selection.selectionStart(), selection.selectionEnd() - 1);
+  const int last = document->findBlock(end).blockNumber();
   QTextCursor cursor(selection);
   cursor.beginEditBlock();
   QTextBlock block = first;
@@ -152,7 +165,7 @@ bool continueList(QTextCursor& cursor) {
   cursor.insertText(markerText(marker.kind, marker.number + 1), markerFormat(format));
   if (marker.kind == ListKind::Numbers)
     numberFrom(cursor.block().next(), marker.number + 2);
-  cursor.setCharFormat(format);
+  cursor.setCharFormat(format.isAnchor() ? markerFormat(format) : format);
   cursor.endEditBlock();
   return true;
 }

@@ -4,7 +4,7 @@ import struct
 import zlib
 
 
-def png(width, height, colour):
+def png(width, height, colour=(0, 0, 0)):
     """A PNG of one colour."""
     def chunk(kind, data):
         body = kind + data

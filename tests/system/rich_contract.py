@@ -2,7 +2,6 @@
 tests."""
 
 import base64
-import json
 import plistlib
 import struct
 
@@ -34,7 +33,7 @@ class RichContract:
         return self.session.json("show", uuid)
 
     def test_a_page_becomes_rich_text(self):
-        picture = base64.b64encode(png(570, 100, (1, 2, 3))).decode()
+        picture = base64.b64encode(png(570, 100)).decode()
         shown = self.add_file("page.html", PAGE % picture)
         self.assertEqual(shown["reminderDescriptions"], "Tea for two and one more \ufffc")
         runs = {run["text"]: run["attributes"] for run in shown["richText"]}
@@ -53,11 +52,6 @@ class RichContract:
         self.assertEqual(archive["$archiver"], "NSKeyedArchiver")
         root = archive["$objects"][archive["$top"]["root"].data]
         self.assertEqual(archive["$objects"][root["$class"].data]["$classname"], "NSTextStorage")
-
-    def test_a_picture_becomes_a_text(self):
-        shown = self.add_file("dot.png", png(285, 2, (1, 2, 3)))
-        self.assertEqual(shown["reminderDescriptions"], "\ufffc")
-        self.assertEqual(shown["richText"][0]["attributes"]["attachment"]["name"], "dot.png")
 
     def test_the_text_of_a_file_goes_before_another(self):
         uuid = self.run_command("add", "Tea", "--rich", self.file("text.rtf", RTF), "--in",
@@ -91,24 +85,6 @@ class RichContract:
         self.run_command("prefs", "set", "showRichText", "NO")
         self.assertEqual(title_of(self.session.json("menu")), (title, None))
 
-    def test_files_that_hold_no_rich_text_are_refused(self):
-        whole = png(40, 40, (1, 2, 3))
-        sizeless = whole[:16] + struct.pack(">II", 100000, 100000) + whole[24:]
-        short = whole[:33] + png(40, 4, (1, 2, 3))[33:]  # with the header of a higher one
-        files = {"empty.html": b"", "plain.txt": b"Tea", "cut.png": whole[:-30],
-                 "head.png": whole[:33], "start.png": whole[:8], "sizeless.png": sizeless,
-                 "blank.html": b"<p> </p>", "deep.rtf": b"{\\rtf1 " + b"{" * 100000,
-                 "short.png": short}
-        for name, contents in files.items():
-            error = self.run_command("add", "--rich", self.file(name, contents), "--in", "1 Hour",
-                                     status=1)
-            self.assertIn(name, error)
-        folder = str(self.session.home)
-        for path in (folder, folder + "/none.html"):
-            self.assertIn(path, self.run_command("add", "--rich", path, "--in", "1 Hour",
-                                                 status=1))
-        self.assertEqual(self.reminders(), [])
-
     def test_a_text_that_is_too_large_is_refused(self):
         page = self.file("large.html", "<p>" + "lorem ipsum " * 2000000)
         error = self.run_command("add", "--rich", page, "--in", "1 Hour", status=1)
@@ -120,11 +96,65 @@ class RichContract:
         self.add("Tea", "--in", "1 Hour")
         for words in (["add", "--rich", page], ["add", "--rich"], ["list", "--rich", page],
                       ["add", "--rich", "", "--in", "1 Hour"],
-                      ["edit", "1", "--rich", page, "--text", "x"]):
+                      ["edit", "1", "--rich", page, "--text", "x"],
+                      ["edit", "1", "--rich", page, "--text", ""]):
             self.run_command(*words, status=2)
         self.assertEqual(self.texts(), ["Tea"])
 
-    def test_runs_are_json_of_text_and_attributes(self):
-        self.add_file("text.rtf", RTF)
-        for run in json.loads(self.run_command("show", "1", "--json"))["richText"]:
-            self.assertEqual(set(run), {"text", "attributes"})
+    def test_a_rich_file_is_the_text_of_a_new_reminder(self):
+        path = self.file("tea time.rtf",
+                         rb"{\rtf1{\fonttbl\f0 Helvetica;}\f0\fs28 Tea {\b now}\par at \u8364?5}")
+        uuid = self.run_command("add", "--rich", path, "--in", "1 Hour").strip()
+        shown = self.session.json("show", uuid)
+        self.assertEqual(shown["reminderDescriptions"], "Tea now\nat €5")
+        self.assertEqual([(run["text"], run["attributes"]["font"], run["attributes"]["size"])
+                          for run in shown["richText"]],
+                         [("Tea ", "Helvetica", 14), ("now", "Helvetica-Bold", 14),
+                          ("\nat €5", "Helvetica", 14)])
+        self.assertEqual(self.session.json("menu")[-2]["title"], "Tea now\nat €5")
+
+    def test_a_rich_file_is_found_from_the_folder_of_the_caller(self):
+        self.file("page.html", b"<p>Tea <a href='https://example.org/'>here</a><script>x</script>")
+        self.run_command("add", "--rich", "page.html", "--in", "1 Hour", cwd=self.session.folder)
+        shown = self.session.json("show", "1")
+        self.assertEqual(shown["reminderDescriptions"], "Tea here")
+        self.assertEqual(shown["richText"][1]["attributes"]["link"], "https://example.org/")
+
+    def test_a_picture_file_is_a_text_with_a_small_picture(self):
+        path = self.file("wide cup.png", png(600, 200))
+        self.run_command("add", "", "--rich", path, "--in", "1 Hour")
+        (run,) = self.session.json("show", "1")["richText"]
+        self.assertEqual(run["text"], "\ufffc")
+        attachment = run["attributes"]["attachment"]
+        self.assertEqual((attachment["width"], attachment["height"]), (285, 95))
+        self.run_command("edit", "1", "--rich", self.file("cup.png", png(20, 10)))
+        (run,) = self.session.json("show", "1")["richText"]
+        attachment = run["attributes"]["attachment"]
+        self.assertEqual((attachment["name"], attachment["width"]), ("cup.png", 20))
+
+    def test_edit_takes_a_rich_file_in_place_of_the_text(self):
+        uuid = self.add("Tea", "--at", "2031-01-01 00:00", "--every", "day")
+        self.run_command("edit", uuid, "--rich", self.file("a.html", b"<b>Coffee</b>"))
+        (reminder,) = self.reminders()
+        self.assertEqual(reminder["reminderDescriptions"], "Coffee")
+        self.assertNotEqual(reminder["reminderRTFs"], "")
+        self.assertEqual(reminder["reminderIntervals"], [0, 1, 0, 0])
+        self.run_command("edit", uuid, "--text", "Cake")
+        self.assertEqual(self.reminders()[0]["reminderRTFs"], "")
+
+    def test_a_rich_file_that_cannot_be_read_is_named_and_nothing_changes(self):
+        self.add("Tea", "--at", "2031-01-01 00:00")
+        before = self.reminders()
+        whole = png(40, 40)
+        sizeless = whole[:16] + struct.pack(">II", 100000, 100000) + whole[24:]
+        short = whole[:33] + png(40, 4)[33:]  # with the header of a higher one
+        folder = str(self.session.folder)
+        files = {"empty.rtf": b"", "empty.html": b"<p></p>", "plain.txt": b"only words",
+                 "half.png": png(90, 90)[:60], "head.png": whole[:33], "start.png": whole[:8],
+                 "sizeless.png": sizeless, "short.png": short,
+                 "deep.rtf": b"{\\rtf1" + b"{" * 100000}
+        paths = [self.file(name, contents) for name, contents in files.items()]
+        for path in (*paths, folder, folder + "/nowhere.rtf"):
+            for words in (["add", "--in", "1 Hour"], ["edit", "1"]):
+                self.assertIn(path, self.run_command(*words, "--rich", path, status=1))
+        self.assertEqual(self.reminders(), before)

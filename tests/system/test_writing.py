@@ -5,6 +5,7 @@ with a picture from the clipboard; then in the menu and in its alert."""
 import plistlib
 
 from clipboard_owner import ClipboardOwner
+from editors import Editors
 from harness import SystemTest, main
 from panel_menu import PanelMenu
 from pictures import png
@@ -14,39 +15,6 @@ PINK = (214, 51, 132)  # nothing else on the screen has this colour
 WIDE = 570  # pixels: twice of what a stored picture may have
 NARROW = 285
 
-
-class Editors:
-    """The windows, and what a user does with them."""
-
-    def editor(self, title=" Reminder"):
-        return self.session.desktop.window_titled(title)
-
-    def alert(self, text):
-        return next((window for window in self.session.desktop.windows()
-                     if text in window.title and window.role == "alert"), None)
-
-    def wait_for_editor(self, title):
-        editor = self.wait_for(lambda: self.editor(title), "the editor")
-        self.wait_for(lambda: self.session.desktop.active_window() == editor.identifier,
-                      "the editor's keyboard")
-        return editor
-
-    def save(self):
-        self.session.desktop.press("Return", "Control_L")
-        self.wait_for(lambda: not self.editor(), "the editor's end")
-
-    def choose_first_quick_time(self):
-        desktop = self.session.desktop
-        desktop.press("q", "Alt_L")
-        self.wait_for(self.pop_up, "the quick times")
-        desktop.press("Down")
-        desktop.press("Return")
-        self.wait_for(lambda: not self.pop_up(), "the quick times' end")
-
-    def pop_up(self):
-        """The open menu or list; the tray's icon is as plain, and smaller."""
-        return next((window for window in self.session.desktop.windows()
-                     if window.plain and window.width > 100 and window.height > 100), None)
 
 
 class Writing(Editors, SystemTest):
@@ -99,7 +67,7 @@ class Writing(Editors, SystemTest):
         self.assertGreater(shown.share, 0.99)
         self.assertAlmostEqual(shown.width / shown.height, WIDE / 100, delta=0.3)
         self.assertLessEqual(shown.width, 300)
-        self.choose_first_quick_time()
+        self.choose_quick_time()
         self.save()
         self.check_stored()
         self.open_menu()
@@ -159,7 +127,7 @@ class WritingFromPanel(Editors, SystemTest):
         self.add("feed the cat", "--in", "2 Hours")
         self.menu.choose("Recent Reminders", "feed the cat")
         self.wait_for_editor("New Reminder")
-        self.choose_first_quick_time()
+        self.choose_quick_time()
         self.save()
         self.wait_for(lambda: self.texts() == ["feed the cat"] * 2, "the second reminder")
         self.assertEqual(self.menu.labels(self.menu.identifier("Recent Reminders")).count(
@@ -215,7 +183,7 @@ class WritingFromPanel(Editors, SystemTest):
         self.session.start_application()
         self.answer_question()
         self.wait_for_editor("New Reminder")
-        self.choose_first_quick_time()
+        self.choose_quick_time()
         self.save()
         self.wait_for(self.reminders, "the reminder")
         self.assertEqual(self.texts(), ["half a thought"])

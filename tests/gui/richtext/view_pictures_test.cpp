@@ -4,7 +4,6 @@
 
 #include <QClipboard>
 #include <QDropEvent>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QMimeData>
 #include <QTimer>
@@ -200,21 +199,15 @@ class ViewPicturesTest : public QObject {
     huge.fill(Qt::red);
     copyImage(huge);
     huge = QImage();
-    QElapsedTimer call;
-    call.start();
     paste(shown);
-    const qint64 pasted = call.elapsed();
-    qint64 longest = 0;
-    QElapsedTimer since;
-    since.start();
+    int beats = 0; // of the event loop, while the picture is made smaller elsewhere
     QTimer beat;
-    beat.callOnTimeout([&] { longest = std::max(longest, since.restart()); });
+    beat.callOnTimeout([&] { beats += shown.view.isLoading() ? 1 : 0; });
     beat.start(1);
+    QVERIFY(shown.view.isLoading());
     QTRY_VERIFY_WITH_TIMEOUT(!shown.view.isLoading(), 30'000);
+    QVERIFY(beats > 0);
     QCOMPARE(shown.widths(), std::vector<int>{300});
-    // Decoding takes hundreds of milliseconds; the machine itself may lose some.
-    QVERIFY2(pasted < 100, qPrintable(QString::number(pasted)));
-    QVERIFY2(longest < 150, qPrintable(QString::number(longest)));
   }
 
   void filesAreInsertedInTheirOrder() {
@@ -233,6 +226,7 @@ class ViewPicturesTest : public QObject {
     QTest::addColumn<QString>("word");
     QTest::newRow("cut short") << pngOf({2000, 2000}).left(300) << "read";
     QTest::newRow("too many pixels") << headerOfPng({40'000, 40'000}) << "large";
+    QTest::newRow("no picture") << QByteArray("just words") << "picture";
     QTest::newRow("too many bytes")
         << pngOf({20, 20}) + QByteArray(64 * 1024 * 1024, '\0') << "large";
   }
@@ -269,6 +263,13 @@ class ViewPicturesTest : public QObject {
     QApplication::clipboard()->setMimeData(data);
     paste(shown);
     QTRY_COMPARE(shown.widths(), std::vector<int>{300});
+    data = new QMimeData;
+    data->setData(QStringLiteral("image/jpeg"), jpegOf({80, 40}));
+    QApplication::clipboard()->setMimeData(data);
+    shown.view.selectAll();
+    paste(shown);
+    QTRY_COMPARE(shown.widths(), std::vector<int>{80});
+    QCOMPARE(shown.view.text().runs[0].attributes.attachment->name, QStringLiteral("image.jpg"));
   }
 
   void aBrowsersPictureGoesBeforeItsAddress() {
@@ -279,6 +280,37 @@ class ViewPicturesTest : public QObject {
     QApplication::clipboard()->setMimeData(data);
     paste(shown);
     QTRY_COMPARE(shown.widths(), std::vector<int>{70});
+  }
+
+  void picturesInPastedPagesAreScaled_data() {
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("words");
+    QTest::newRow("narrow, read at once") << 100 << 1;
+    QTest::newRow("wide") << 700 << 1;
+    QTest::newRow("long, read on another thread") << 700 << 20'000;
+  }
+  void picturesInPastedPagesAreScaled() {
+    QFETCH(int, width);
+    QFETCH(int, words);
+    const QString text = QStringLiteral("word ").repeated(words).trimmed();
+    ShownView shown;
+    shown.type(QStringLiteral("a"));
+    auto* data = new QMimeData;
+    data->setHtml(QStringLiteral("<p>%1<img src=\"data:image/png;base64,%2\"><b>end</b></p>")
+                      .arg(text, QString::fromLatin1(pngOf({width, 50}).toBase64())));
+    QApplication::clipboard()->setMimeData(data);
+    paste(shown);
+    QTRY_COMPARE(shown.widths(), std::vector<int>{std::min(width, 300)});
+    QVERIFY(shown.plain().startsWith(u'a' + text + kPicture + QStringLiteral("end")));
+    shown.view.undo();
+    QCOMPARE(shown.plain(), QStringLiteral("a"));
+  }
+
+  void richTextFilesAreInserted() {
+    ShownView shown;
+    shown.view.insertFiles({write(QStringLiteral("t.rtf"), "{\\rtf1\\ansi plain {\\b bold}}")});
+    QTRY_COMPARE(shown.plain(), QStringLiteral("plain bold"));
+    QCOMPARE(shown.view.text().runs.size(), size_t(2));
   }
 
   void droppedFilesAreTakenWhereTheyAreDropped() {
