@@ -41,7 +41,7 @@ class RichContract:
                          shown["reminderDescriptions"])
         self.assertEqual(runs["two"]["font"], "Helvetica-Bold")
         self.assertEqual(runs["one"]["font"], "Helvetica-Oblique")
-        self.assertEqual(runs["more"], {"link": "https://example.org/?a=1&b=2"})
+        self.assertEqual(runs["more"]["link"], "https://example.org/?a=1&b=2")
         picture = runs["\ufffc"]["attachment"]
         self.assertGreater(picture.pop("bytes"), 0)
         self.assertEqual(picture, {"name": "image.jpg", "width": 285, "height": 50})
