@@ -7,9 +7,6 @@
 
 namespace tockwise {
 
-/// Why a reminder with these options never alerts; "" when it may.
-QString reasonNeverToAlert(const Extra& extra);
-
 /// "Repeats every 2 days. Alerts 1 hour before its date, only on Mon between 09:00 and 17:00."
 QString optionText(const Interval& interval, const Extra& extra, const Offset& offset);
 

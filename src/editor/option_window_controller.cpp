@@ -2,6 +2,7 @@
 
 #include "editor/option_text.h"
 #include "editor/window_placement.h"
+#include "engine/fire_forecast.h"
 #include "ui_OptionWindow.h"
 
 #include <QScopedValueRollback>

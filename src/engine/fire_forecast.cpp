@@ -155,14 +155,10 @@ QString joined(QStringList parts, const QString& separator) {
 
 /// Why there is no (further) alert.
 QString whyNever(const FireRule& rule) {
-  const auto& [startHour, startMinute, endHour, endMinute] = rule.extra.times;
   if (!dateComes(rule.fireDate))
     return QStringLiteral("its date does not come");
-  if (std::none_of(rule.extra.days.begin(), rule.extra.days.end(), [](bool day) { return day; }))
-    return QStringLiteral("no weekday is allowed");
-  if (std::pair(endHour, endMinute) < std::pair(startHour, startMinute))
-    return QStringLiteral("the time of day ends before it begins");
-  return QStringLiteral("it never falls into the allowed times");
+  const QString reason = reasonNeverToAlert(rule.extra);
+  return reason.isEmpty() ? QStringLiteral("it never falls into the allowed times") : reason;
 }
 
 QString firstAlertText(const FireRule& rule, Date alert, Date now, const Calendar& calendar) {
@@ -223,6 +219,15 @@ QString extraText(const Extra& extra) {
 QString offsetText(const Offset& offset) {
   const QString amount = amountText<3>(offset, {u"day", u"hour", u"minute"});
   return amount.isEmpty() ? QString() : amount + QStringLiteral(" before");
+}
+
+QString reasonNeverToAlert(const Extra& extra) {
+  const auto& [startHour, startMinute, endHour, endMinute] = extra.times;
+  if (std::none_of(extra.days.begin(), extra.days.end(), [](bool day) { return day; }))
+    return QStringLiteral("no weekday is allowed");
+  if (std::pair(endHour, endMinute) < std::pair(startHour, startMinute))
+    return QStringLiteral("the time of day ends before it begins");
+  return {};
 }
 
 } // namespace tockwise

@@ -39,4 +39,7 @@ QString extraText(const Extra& extra);
 /// "1 day before", "2 hours and 30 minutes before"; "" for none.
 QString offsetText(const Offset& offset);
 
+/// Why an extra rule allows no moment at all: "no weekday is allowed"; "" when it allows some.
+QString reasonNeverToAlert(const Extra& extra);
+
 } // namespace tockwise

@@ -58,11 +58,11 @@ class OptionTextTest : public QObject {
     row("equal times are no window", {0, 1, 0, 0}, between({9, 5, 9, 5}), kBlankOffset,
         u"Repeats every day. Alerts at its date.");
     row("days and window", kBlankInterval, onDays({0, 1, 6}, {9, 0, 17, 0}), kBlankOffset,
-        u"Does not repeat. Alerts at its date, only on Sun, Mon and Sat between 09:00 and 17:00.");
+        u"Does not repeat. Alerts at its date, only on Mon, Sat and Sun between 09:00 and 17:00.");
     row("no day", {0, 1, 0, 0}, onDays({}), kBlankOffset,
-        u"Repeats every day. Never alerts: no day of the week is chosen.");
+        u"Repeats every day. Never alerts: no weekday is allowed.");
     row("across midnight", kBlankInterval, between({22, 0, 6, 0}), kBlankOffset,
-        u"Does not repeat. Never alerts: the time of day ends (06:00) before it begins (22:00).");
+        u"Does not repeat. Never alerts: the time of day ends before it begins.");
     row("a stored time that no clock shows", kBlankInterval, between({9, 0, 24, 0}), kBlankOffset,
         u"Does not repeat. Alerts at its date, only between 09:00 and 24:00.");
   }
