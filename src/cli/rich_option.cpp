@@ -14,7 +14,7 @@ namespace {
 
 /// Of a text with its pictures. A message bus takes no message without end, and neither does a
 /// menu.
-constexpr qsizetype kMostArchiveBytes = 16 * 1024 * 1024;
+constexpr qsizetype kMostArchiveBytes = 16 << 20;
 
 // Libraries that decode pictures complain on stderr themselves, where a command writes one line of
 // its own. For the one thread of a command.
@@ -61,9 +61,9 @@ Result<void> readRichOption(QVariantMap& options) {
   scaleAttachments(*text); // a message on the bus need not carry what is then thrown away
   const QByteArray archive = archiveText(*text);
   if (archive.size() > kMostArchiveBytes) {
-    return Error{Error::Kind::Refused, QStringLiteral("%1: its text is larger than %2 MB")
-                                           .arg(path)
-                                           .arg(kMostArchiveBytes / 1024 / 1024)};
+    return Error{
+        Error::Kind::Refused,
+        QStringLiteral("%1: its text is larger than %2 MB").arg(path).arg(kMostArchiveBytes >> 20)};
   }
   *option = archive;
   return {};
