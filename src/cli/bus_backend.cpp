@@ -6,10 +6,33 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QEventLoop>
 
 #include <limits>
 
 namespace tockwise {
+
+namespace {
+
+// A question may stay open for as long as its user likes. A bus that ends, or that cuts us off for
+// a message larger than it takes, gives no answer at all.
+Result<QDBusMessage> waitForAnswer(const QDBusMessage& message) {
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  QEventLoop loop;
+  bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+              QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), &loop,
+              SLOT(quit()));
+  const QDBusPendingCallWatcher answer(bus.asyncCall(message, std::numeric_limits<int>::max()));
+  QObject::connect(&answer, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
+  if (!answer.isFinished() && bus.isConnected())
+    loop.exec();
+  if (!answer.isFinished())
+    return Error{Error::Kind::Busy, QStringLiteral("the session bus has ended")};
+  return answer.reply();
+}
+
+} // namespace
 
 std::unique_ptr<BusBackend> BusBackend::connect() {
   const QDBusConnection bus = QDBusConnection::sessionBus();
@@ -23,9 +46,10 @@ Result<QVariant> BusBackend::call(const QString& method, const QVariantList& arg
       QDBusMessage::createMethodCall(busName(), busPath(), busInterface(), method);
   message.setArguments(arguments);
   message.setAutoStartService(false);
-  // A question may stay open for as long as its user likes.
-  const QDBusMessage reply =
-      QDBusConnection::sessionBus().call(message, QDBus::Block, std::numeric_limits<int>::max());
+  const auto answer = waitForAnswer(message);
+  if (!answer)
+    return answer.error();
+  const QDBusMessage& reply = *answer;
   if (reply.type() != QDBusMessage::ErrorMessage) {
     const QVariant value = reply.arguments().value(0);
     if (value.canConvert<QDBusArgument>())

@@ -53,6 +53,18 @@ class Bus:
         return self.call(name, path, "org.freedesktop.DBus.Properties", "Get",
                          GLib.Variant("(ss)", (interface, key)))[0]
 
+    def never_answer(self, name, path, interface, method):
+        """Takes the name and a list to which every call of that method (without arguments) is
+        appended, while wait_for() runs. None is answered."""
+        calls = []
+        node = Gio.DBusNodeInfo.new_for_xml(
+            f"<node><interface name='{interface}'><method name='{method}'/></interface></node>")
+        self._connection.register_object(path, node.interfaces[0],
+                                         lambda *call: calls.append(call), None, None)
+        self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                  "RequestName", GLib.Variant("(su)", (name, 0)))
+        return calls
+
     def owner(self, name):
         """The unique name of the owner of name, or None."""
         has = self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",

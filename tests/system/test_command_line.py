@@ -1,9 +1,12 @@
 #!/usr/bin/python3
 """The command line on the store itself: no application runs, with and without a session bus."""
 
+import subprocess
+
 from command_line_contract import Contract
 from harness import SystemTest, main
 from rich_contract import RichContract
+from session import INTERFACE, NAME, PATH, PROGRAM
 
 
 class WithoutApplication(Contract, RichContract, SystemTest):
@@ -36,6 +39,20 @@ class WithoutApplication(Contract, RichContract, SystemTest):
             self.run_command(*words)
         after = (self.session.store.stat().st_mtime_ns, self.session.store.read_bytes())
         self.assertEqual(before, after)
+
+
+    def test_a_bus_that_ends_before_the_answer_leaves_the_store_to_the_command(self):
+        self.add("Tea", "--in", "1 Hour")
+        calls = self.session.bus.never_answer(NAME, PATH, INTERFACE, "List")
+        waiting = subprocess.Popen([PROGRAM, "list"], env=self.session.environment,
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                   encoding="utf-8")
+        self.addCleanup(waiting.kill)
+        self.wait_for(lambda: calls, "the question")
+        self.session.end("session-bus")
+        output, errors = waiting.communicate(timeout=20)
+        self.assertEqual((waiting.returncode, errors), (0, ""))
+        self.assertIn("Tea", output)
 
 
 class WithoutBus(Contract, SystemTest):
