@@ -234,8 +234,7 @@ int runCommand(const QStringList& words) {
     return kDone;
   }
   // A command tells what happened in one line of its own.
-  QLoggingCategory::setFilterRules(
-      QStringLiteral("tockwise.info=false\nqt.gui.imageio.warning=false"));
+  QLoggingCategory::setFilterRules(QStringLiteral("tockwise.info=false"));
   // Here, where the caller's folder is: the application has another.
   if (const auto read = readRichOption(invocation->reminderOptions); !read)
     return fail(read.error());

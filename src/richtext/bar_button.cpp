@@ -43,8 +43,13 @@ void BarButton::setAccent(const QColor& color) {
   drawAgain();
 }
 
+void BarButton::setOpensPopup(bool opens) {
+  m_opensPopup = opens;
+  updateGeometry();
+}
+
 QSize BarButton::sizeHint() const {
-  return {popupMode() == InstantPopup ? kSide + kArrowWidth : kSide, kSide};
+  return {hasArrow() ? kSide + kArrowWidth : kSide, kSide};
 }
 
 void BarButton::drawAgain() {
@@ -78,13 +83,12 @@ void BarButton::paintEvent(QPaintEvent*) {
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(shape.adjusted(0.8, 0.8, -0.8, -0.8), kCorner, kCorner);
   }
-  const bool hasArrow = popupMode() == InstantPopup;
-  const QRect whole(0, 0, width() - (hasArrow ? kArrowWidth : 0), height());
+  const QRect whole(0, 0, width() - (hasArrow() ? kArrowWidth : 0), height());
   QRect place(QPoint(), iconSize());
-  place.moveCenter(whole.center() + QPoint(hasArrow ? 2 : 0, 0));
+  place.moveCenter(whole.center() + QPoint(hasArrow() ? 2 : 0, 0));
   place = QStyle::visualRect(layoutDirection(), rect(), place);
   icon().paint(&painter, place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
-  if (!hasArrow)
+  if (!hasArrow())
     return;
   const QRect arrow = QStyle::visualRect(
       layoutDirection(), rect(), QRect(width() - kArrowWidth - 2, 0, kArrowWidth, height()));

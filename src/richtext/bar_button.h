@@ -16,6 +16,8 @@ class BarButton final : public QToolButton {
   void setSign(BarSign sign);
   /// The sign's second colour; invalid: the palette's accent.
   void setAccent(const QColor& color);
+  /// Whether it shows that it opens something; a button with a menu does.
+  void setOpensPopup(bool opens);
   QSize sizeHint() const override;
 
  protected:
@@ -24,9 +26,11 @@ class BarButton final : public QToolButton {
 
  private:
   void drawAgain();
+  bool hasArrow() const { return m_opensPopup || popupMode() == InstantPopup; }
 
   BarSign m_sign;
   QColor m_accent;
+  bool m_opensPopup = false;
 };
 
 } // namespace tockwise

@@ -196,6 +196,7 @@ void FormattingBar::Private::addSize() {
 void FormattingBar::Private::addColor() {
   color = add(BarSign::Color, "colorButton", FormattingBar::tr("Text colour"));
   QObject::connect(color, &QToolButton::clicked, &q, [this] { colors->popupBelow(*color); });
+  color->setOpensPopup(true);
   connectColors();
 }
 

@@ -6,6 +6,8 @@
 #include <QTextBlock>
 #include <QTextDocument>
 
+#include <algorithm>
+
 namespace tockwise {
 namespace {
 
@@ -19,10 +21,19 @@ struct Marker {
   int number = 0;
 };
 
+/// As much of a paragraph, which may be long, as a marker can take.
+QString beginning(const QTextBlock& block) {
+  constexpr int kLongest = 10;
+  QString text;
+  const int end = block.isValid() ? block.position() + std::min(block.length() - 1, kLongest) : 0;
+  for (int at = block.position(); at < end; ++at)
+    text += block.document()->characterAt(at);
+  return text;
+}
+
 Marker markerOf(const QTextBlock& block) {
   static const QRegularExpression form(QStringLiteral("^\\t(?:([•◦▪▫‣⁃*–-])|(\\d{1,6})[.)])\\t"));
-  // Only the beginning is looked at: a paragraph may be long.
-  const QRegularExpressionMatch match = form.match(block.text().left(10));
+  const QRegularExpressionMatch match = form.match(beginning(block));
   if (!match.hasMatch())
     return {};
   const bool isBullet = match.hasCaptured(1) && match.capturedLength(1) > 0;

@@ -2,7 +2,9 @@
 
 import json
 import re
+import struct
 import subprocess
+import zlib
 from datetime import datetime, timedelta, timezone
 
 from session import PROGRAM
@@ -23,6 +25,16 @@ ODD_TEXTS = [
     "🫖 Tee um fünf – ☕️", "--at", "-x", "%1 %ld %@ %n", "$(date) `date` ; rm", "\ttab",
     "a\\b\\n", " spaces around ", "e\u0301 \u202eright to left\u202c \u00a0", "1",
 ]
+
+
+def png(width, height):
+    """A picture of that size, all black."""
+    def chunk(kind, data):
+        return (struct.pack(">I", len(data)) + kind + data +
+                struct.pack(">I", zlib.crc32(kind + data)))
+    pixels = zlib.compress((b"\0" + bytes(width)) * height)
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 0, 0, 0, 0))
+            + chunk(b"IDAT", pixels) + chunk(b"IEND", b""))
 
 
 def parse_date(text):
@@ -107,6 +119,72 @@ class Contract:
     def test_an_empty_text_is_refused(self):
         self.run_command("add", "", "--in", "1 Hour", status=2)
         self.assertEqual(self.reminders(), [])
+
+    def file(self, name, contents):
+        path = self.session.folder / name
+        path.write_bytes(contents)
+        return path
+
+    def test_a_rich_file_is_the_text_of_a_new_reminder(self):
+        path = self.file("tea time.rtf",
+                         rb"{\rtf1{\fonttbl\f0 Helvetica;}\f0\fs28 Tea {\b now}\par at \u8364?5}")
+        uuid = self.run_command("add", "--rich", str(path), "--in", "1 Hour").strip()
+        shown = self.session.json("show", uuid)
+        self.assertEqual(shown["reminderDescriptions"], "Tea now\nat €5")
+        self.assertEqual([(run["text"], run["attributes"]["font"], run["attributes"]["size"])
+                          for run in shown["richText"]],
+                         [("Tea ", "Helvetica", 14), ("now", "Helvetica-Bold", 14),
+                          ("\nat €5", "Helvetica", 14)])
+        self.assertEqual(self.session.json("menu")[-2]["title"], "Tea now\nat €5")
+
+    def test_a_rich_file_is_found_from_the_folder_of_the_caller(self):
+        self.file("page.html", b"<p>Tea <a href='https://example.org/'>here</a><script>x</script>")
+        self.run_command("add", "--rich", "page.html", "--in", "1 Hour", cwd=self.session.folder)
+        shown = self.session.json("show", "1")
+        self.assertEqual(shown["reminderDescriptions"], "Tea here")
+        self.assertEqual(shown["richText"][1]["attributes"]["link"], "https://example.org/")
+
+    def test_a_picture_file_is_a_text_with_a_small_picture(self):
+        path = self.file("wide cup.png", png(600, 200))
+        self.run_command("add", "", "--rich", str(path), "--in", "1 Hour")
+        (run,) = self.session.json("show", "1")["richText"]
+        self.assertEqual(run["text"], "\ufffc")
+        attachment = run["attributes"]["attachment"]
+        self.assertEqual((attachment["width"], attachment["height"]), (285, 95))
+        self.run_command("edit", "1", "--rich", str(self.file("cup.png", png(20, 10))))
+        (run,) = self.session.json("show", "1")["richText"]
+        attachment = run["attributes"]["attachment"]
+        self.assertEqual((attachment["name"], attachment["width"]), ("cup.png", 20))
+
+    def test_edit_takes_a_rich_file_in_place_of_the_text(self):
+        uuid = self.add("Tea", "--at", "2031-01-01 00:00", "--every", "day")
+        self.run_command("edit", uuid, "--rich", str(self.file("a.html", b"<b>Coffee</b>")))
+        (reminder,) = self.reminders()
+        self.assertEqual(reminder["reminderDescriptions"], "Coffee")
+        self.assertNotEqual(reminder["reminderRTFs"], "")
+        self.assertEqual(reminder["reminderIntervals"], [0, 1, 0, 0])
+        self.run_command("edit", uuid, "--text", "Cake")
+        self.assertEqual(self.reminders()[0]["reminderRTFs"], "")
+
+    def test_a_rich_file_that_cannot_be_read_is_named_and_nothing_changes(self):
+        self.add("Tea", "--at", "2031-01-01 00:00")
+        before = self.reminders()
+        for path in (self.session.folder / "nowhere.rtf", self.session.folder,
+                     self.file("empty.rtf", b""), self.file("empty.html", b"<p></p>"),
+                     self.file("plain.txt", b"only words"), self.file("half.png", png(90, 90)[:60]),
+                     self.file("deep.rtf", b"{\\rtf1" + b"{" * 5000)):
+            for words in (["add", "--in", "1 Hour"], ["edit", "1"]):
+                self.assertIn(str(path), self.run_command(*words, "--rich", str(path), status=1))
+        self.assertEqual(self.reminders(), before)
+
+    def test_a_text_and_a_rich_file_exclude_one_another(self):
+        path = str(self.file("a.html", b"<b>Coffee</b>"))
+        self.add("Tea", "--at", "2031-01-01 00:00")
+        for words in (["add", "Tea", "--in", "1 Hour"], ["edit", "1", "--text", "Tea"],
+                      ["edit", "1", "--text", ""]):
+            self.run_command(*words, "--rich", path, status=2)
+        self.run_command("add", "--in", "1 Hour", "--rich", status=2)
+        self.assertEqual(self.texts(), ["Tea"])
 
     def test_list_follows_the_order_of_the_queue(self):
         self.add("late", "--at", "2032-01-01 00:00")

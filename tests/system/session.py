@@ -205,11 +205,11 @@ class Session:
         return max(map(abs, samples), default=0)
 
     # The program under test.
-    def tockwise(self, *words, seconds=30, environment=None):
+    def tockwise(self, *words, seconds=30, environment=None, cwd=None):
         """Runs a command; returns its CompletedProcess with texts."""
         return subprocess.run([PROGRAM, *words], env=environment or self.environment,
                               stdin=subprocess.DEVNULL, capture_output=True, encoding="utf-8",
-                              timeout=seconds, check=False, preexec_fn=_die_with_parent)
+                              timeout=seconds, check=False, cwd=cwd, preexec_fn=_die_with_parent)
 
     def json(self, *words):
         """The JSON value that the command prints; it must succeed."""

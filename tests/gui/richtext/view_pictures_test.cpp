@@ -233,6 +233,7 @@ class ViewPicturesTest : public QObject {
     QTest::addColumn<QString>("word");
     QTest::newRow("cut short") << pngOf({2000, 2000}).left(300) << "read";
     QTest::newRow("too many pixels") << headerOfPng({40'000, 40'000}) << "large";
+    QTest::newRow("no picture") << QByteArray("just words") << "picture";
     QTest::newRow("too many bytes")
         << pngOf({20, 20}) + QByteArray(64 * 1024 * 1024, '\0') << "large";
   }
@@ -279,6 +280,37 @@ class ViewPicturesTest : public QObject {
     QApplication::clipboard()->setMimeData(data);
     paste(shown);
     QTRY_COMPARE(shown.widths(), std::vector<int>{70});
+  }
+
+  void picturesInPastedPagesAreScaled_data() {
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("words");
+    QTest::newRow("narrow, read at once") << 100 << 1;
+    QTest::newRow("wide") << 700 << 1;
+    QTest::newRow("long, read on another thread") << 700 << 20'000;
+  }
+  void picturesInPastedPagesAreScaled() {
+    QFETCH(int, width);
+    QFETCH(int, words);
+    const QString text = QStringLiteral("word ").repeated(words).trimmed();
+    ShownView shown;
+    shown.type(QStringLiteral("a"));
+    auto* data = new QMimeData;
+    data->setHtml(QStringLiteral("<p>%1<img src=\"data:image/png;base64,%2\"><b>end</b></p>")
+                      .arg(text, QString::fromLatin1(pngOf({width, 50}).toBase64())));
+    QApplication::clipboard()->setMimeData(data);
+    paste(shown);
+    QTRY_COMPARE(shown.widths(), std::vector<int>{std::min(width, 300)});
+    QVERIFY(shown.plain().startsWith(u'a' + text + kPicture + QStringLiteral("end")));
+    shown.view.undo();
+    QCOMPARE(shown.plain(), QStringLiteral("a"));
+  }
+
+  void richTextFilesAreInserted() {
+    ShownView shown;
+    shown.view.insertFiles({write(QStringLiteral("t.rtf"), "{\\rtf1\\ansi plain {\\b bold}}")});
+    QTRY_COMPARE(shown.plain(), QStringLiteral("plain bold"));
+    QCOMPARE(shown.view.text().runs.size(), size_t(2));
   }
 
   void droppedFilesAreTakenWhereTheyAreDropped() {

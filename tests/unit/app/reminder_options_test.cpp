@@ -1,4 +1,6 @@
 #include "app/reminder_options.h"
+#include "store/archive/text_archive.h"
+#include "support/pictures.h"
 
 #include <QTest>
 
@@ -12,6 +14,14 @@ QVariantMap option(const char* name, const QVariant& value) {
 
 QString text(const char* utf8) {
   return QString::fromUtf8(utf8);
+}
+
+AttributedText richText(const QString& words) {
+  AttributedText made;
+  TextAttributes bold;
+  bold.font = TextFont{text("Helvetica-Bold"), 12, {}};
+  made.append(words, bold);
+  return made;
 }
 
 } // namespace
@@ -146,6 +156,38 @@ class ReminderOptionsTest : public QObject {
     QCOMPARE(m_reminder.reminderRTFs, QByteArray("archive"));
     QVERIFY(apply(option("text", text("Coffee"))));
     QVERIFY(m_reminder.reminderRTFs.isEmpty());
+  }
+
+  void aRichTextBringsItsPlainTextAlong() {
+    const QByteArray archive = archiveText(richText(text("Coffee")));
+    QVERIFY(apply(option("rich", archive)));
+    QCOMPARE(m_reminder.reminderDescriptions, text("Coffee"));
+    QCOMPARE(m_reminder.reminderRTFs, archive);
+  }
+
+  void widePicturesOfARichTextAreScaled() {
+    AttributedText picture = richText(QString(QChar(AttributedText::kAttachmentCharacter)));
+    picture.runs[0].attributes.attachment = TextAttachment{text("a.png"), pngOf({600, 200}), {}};
+    QVERIFY(apply(option("rich", archiveText(picture))));
+    const auto stored = unarchiveTextStorage(m_reminder.reminderRTFs);
+    QVERIFY(stored);
+    const auto& attachment = stored->runs.at(0).attributes.attachment;
+    QVERIFY(attachment);
+    QCOMPARE(QImage::fromData(attachment->contents).size(), QSize(285, 95));
+  }
+
+  void richTextsThatAreNoneAreRefused() {
+    const Reminder before = m_reminder;
+    for (const QVariantMap& options :
+         {option("rich", QByteArray("no archive")), option("rich", QByteArray()),
+          option("rich", archiveText({})), option("rich", text("/tmp/x.rtf")),
+          QVariantMap{{text("rich"), archiveText(richText(text("Tea")))},
+                      {text("text"), text("Tea")}}}) {
+      const auto applied = apply(options);
+      QVERIFY(!applied);
+      QCOMPARE(applied.error().kind, Error::Kind::Usage);
+      QCOMPARE(m_reminder, before);
+    }
   }
 };
 

@@ -15,10 +15,26 @@ class CommandLineTest : public QObject {
  private Q_SLOTS:
   void wrongWordsAreUsageErrors_data() {
     QTest::addColumn<QStringList>("words");
-    for (const char* text :
-         {"", "nonsense", "add", "add a b --in x", "add a --in", "add a --whatever", "add a --json",
-          "add a --text b", "list 1", "show", "show 1 2", "delete", "delete 1 --yes", "quit now",
-          "menu --json=1", "edit", "list -x"})
+    for (const char* text : {"",
+                             "nonsense",
+                             "add",
+                             "add a b --in x",
+                             "add a --in",
+                             "add a --whatever",
+                             "add a --json",
+                             "add a --text b",
+                             "list 1",
+                             "show",
+                             "show 1 2",
+                             "delete",
+                             "delete 1 --yes",
+                             "quit now",
+                             "menu --json=1",
+                             "edit",
+                             "list -x",
+                             "add a --rich f --in x",
+                             "add a b --rich f --in x",
+                             "edit --rich f"})
       QTest::newRow(text) << words(text);
   }
   void wrongWordsAreUsageErrors() {
@@ -63,6 +79,17 @@ class CommandLineTest : public QObject {
         {QStringLiteral("add"), QString(), QStringLiteral("--in"), QStringLiteral("x")});
     QVERIFY(parsed.ok());
     QCOMPARE(parsed->arguments, QStringList{QString()});
+  }
+
+  void aRichFileStandsForTheTextOfANewReminder() {
+    for (const QStringList& given :
+         {words("add --rich a.rtf --in x"),
+          QStringList{QStringLiteral("add"), QString(), QStringLiteral("--rich=a.rtf")}}) {
+      const auto parsed = parseCommandLine(given);
+      QVERIFY(parsed.ok());
+      QCOMPARE(parsed->reminderOptions.value(QStringLiteral("rich")).toString(),
+               QStringLiteral("a.rtf"));
+    }
   }
 
   void helpNeedsNoArguments() {
