@@ -84,9 +84,7 @@ void ReminderWindowController::Private::createReminder() {
     return;
   if (form.reminderTextView->isLoading()) {
     createsWhenRead = true;
-    form.noticeLine->say(QStringLiteral("A picture is still being read..."),
-                         TonedLabel::Tone::Quiet);
-    form.noticeLine->show();
+    tell(QStringLiteral("A picture is still being read..."), TonedLabel::Tone::Quiet);
     return;
   }
   if (form.reminderTextView->document()->isEmpty()) {
@@ -150,6 +148,33 @@ void ReminderWindowController::Private::noteChange() {
     return;
   firesSoon.start(0);
   Q_EMIT q.changed();
+}
+
+/// Whoever goes on writing at once must be able to read a warning, too.
+void ReminderWindowController::Private::tell(const QString& words, TonedLabel::Tone tone) {
+  constexpr int kTimeToRead = 3000; // milliseconds
+  notice = words;
+  noticeTone = tone;
+  if (tone == TonedLabel::Tone::Warning)
+    noticeStays.start(kTimeToRead);
+  else
+    noticeStays.stop();
+  showNotice();
+}
+
+void ReminderWindowController::Private::forgetNotice() {
+  if (noticeStays.isActive())
+    return;
+  notice.clear();
+  showNotice();
+}
+
+void ReminderWindowController::Private::showNotice() {
+  if (notice.isEmpty())
+    form.noticeLine->say(draftTrouble, TonedLabel::Tone::Warning);
+  else
+    form.noticeLine->say(notice, noticeTone);
+  form.noticeLine->setVisible(!form.noticeLine->text().isEmpty());
 }
 
 bool ReminderWindowController::Private::isTextChanged() const {

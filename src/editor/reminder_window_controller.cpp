@@ -98,6 +98,13 @@ bool ReminderWindowController::isChanged() const {
          smsState() != opened.smsState || emailState() != opened.emailState;
 }
 
+void ReminderWindowController::tellDraftTrouble(const QString& why) {
+  d->draftTrouble =
+      why.isEmpty() ? QString()
+                    : QStringLiteral("What you write is not safe before you save it: %1").arg(why);
+  d->showNotice();
+}
+
 Date ReminderWindowController::reminderDate() const {
   return d->dateToReturn();
 }

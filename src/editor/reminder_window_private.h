@@ -4,6 +4,7 @@
 #include "editor/reminder_form.h"
 #include "editor/reminder_questions.h"
 #include "editor/reminder_window_controller.h"
+#include "editor/toned_label.h"
 
 #include <QTimer>
 
@@ -36,6 +37,9 @@ class ReminderWindowController::Private {
   void bringToFront();
   void finish(Outcome how);
   void noteChange();
+  void tell(const QString& notice, TonedLabel::Tone tone);
+  void forgetNotice();
+  void showNotice();
   void taskChanged();
   void showFiring();
   void showRepeat();
@@ -56,6 +60,10 @@ class ReminderWindowController::Private {
   Outcome outcome = Outcome::Open;
   bool isLoading = true;
   bool isAsking = false;
+  QString notice; // of something that happened
+  TonedLabel::Tone noticeTone = TonedLabel::Tone::Plain;
+  QTimer noticeStays;           // runs while the notice is too new to go
+  QString draftTrouble;         // stays until it is over
   bool createsWhenRead = false; // the create button was pressed while a picture was being read
   QTimer firesTimer;            // as time passes
   QTimer firesSoon;             // once for any number of changes

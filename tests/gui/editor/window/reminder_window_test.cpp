@@ -337,7 +337,23 @@ class ReminderWindowTest : public QObject {
     Q_EMIT desk.text()->refused(QStringLiteral("<b>a.png</b> is too large"));
     QCOMPARE(desk.line("noticeLine")->text(), QStringLiteral("<b>a.png</b> is too large"));
     QVERIFY(desk.line("noticeLine")->isVisible());
+    // Whoever goes on writing can still read it; then it goes.
     QTest::keyClicks(desk.text(), QStringLiteral("x"));
+    QVERIFY(desk.line("noticeLine")->isVisible());
+    QVERIFY(QTest::qWaitFor([&] {
+      QTest::keyClicks(desk.text(), QStringLiteral("x"));
+      return desk.line("noticeLine")->isHidden();
+    }));
+  }
+
+  void troubleWithTheDraftIsSaidUntilItIsOver() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    desk.controller->tellDraftTrouble(QStringLiteral("no space left"));
+    QTest::keyClicks(desk.text(), QStringLiteral("x"));
+    QVERIFY(desk.line("noticeLine")->isVisible());
+    QVERIFY(desk.line("noticeLine")->text().endsWith(QStringLiteral(": no space left")));
+    desk.controller->tellDraftTrouble({});
     QVERIFY(desk.line("noticeLine")->isHidden());
   }
 };
