@@ -45,6 +45,7 @@ void ReminderWindowController::Private::showOptions() {
     showRepeat();
     noteChange();
   });
+  connect(options, &QDialog::finished, &q, [this] { takeKeyboardBack(); });
   options->open();
 }
 
@@ -56,6 +57,7 @@ void ReminderWindowController::Private::addTask() {
   auto* window = new TaskWindowController(form.panel.get(), surroundings.prompter);
   window->setAttribute(Qt::WA_DeleteOnClose);
   connect(window, &QDialog::finished, &q, [this, window] {
+    takeKeyboardBack();
     if (window->didClose() || !window->addTask())
       return;
     task = Task{false, window->taskType(), window->pathString()};
@@ -124,6 +126,7 @@ std::optional<Answer> ReminderWindowController::Private::ask(const Question& que
   if (!alive)
     return std::nullopt;
   isAsking = false;
+  takeKeyboardBack();
   return Answer(answer);
 }
 
@@ -132,6 +135,12 @@ void ReminderWindowController::Private::bringToFront() {
     form.panel->showNormal();
   form.panel->show();
   form.panel->raise();
+  form.panel->activateWindow();
+}
+
+/// From a window over this one that was closed: a window manager may give it to an alert that is
+/// open in front, and the next Return would dismiss that.
+void ReminderWindowController::Private::takeKeyboardBack() {
   form.panel->activateWindow();
 }
 

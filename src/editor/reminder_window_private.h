@@ -35,6 +35,7 @@ class ReminderWindowController::Private {
 
   std::optional<Answer> ask(const Question& question);
   void bringToFront();
+  void takeKeyboardBack();
   void finish(Outcome how);
   void noteChange();
   void tell(const QString& notice, TonedLabel::Tone tone);
