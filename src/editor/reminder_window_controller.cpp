@@ -2,9 +2,11 @@
 
 #include "editor/custom_panel.h"
 #include "editor/reminder_window_private.h"
+#include "editor/window_placement.h"
 #include "richtext/qs_text_view.h"
 #include "store/archive/text_archive.h"
 
+#include <QApplication>
 #include <QCheckBox>
 
 namespace tockwise {
@@ -12,6 +14,18 @@ namespace {
 
 /// How often the line that says when the reminder fires is looked at again, as time passes.
 constexpr int kFiresLineSeconds = 10;
+
+/// Other reminders being written.
+QWidgetList otherPanels(const QWidget* panel) {
+  QWidgetList others;
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  for (QWidget* window : windows) {
+    if (window != panel && window->isVisible() && !window->isMinimized() &&
+        qobject_cast<CustomPanel*>(window))
+      others += window;
+  }
+  return others;
+}
 
 } // namespace
 
@@ -61,6 +75,8 @@ ReminderDraft ReminderWindowController::thisReminder(const Reminder& reminder) {
 }
 
 void ReminderWindowController::showWindow() {
+  if (!d->form.panel->isVisible())
+    placeBeside(*d->form.panel, otherPanels(d->form.panel.get()));
   d->bringToFront();
   d->form.reminderTextView->setFocus();
   d->firesTimer.start(kFiresLineSeconds * 1000);

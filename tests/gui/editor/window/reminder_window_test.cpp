@@ -330,6 +330,24 @@ class ReminderWindowTest : public QObject {
     QCOMPARE(desk.openedURLs, QList<QUrl>{QUrl(QStringLiteral("https://example.org/"))});
   }
 
+  void severalWindowsDoNotHideEachOther() {
+    ReminderWindowFixture first;
+    ReminderWindowFixture second;
+    ReminderWindowFixture third;
+    for (ReminderWindowFixture* desk : {&first, &second, &third})
+      desk->openWritten();
+    const auto distance = [](const ReminderWindowFixture& a, const ReminderWindowFixture& b) {
+      return (a.panel()->pos() - b.panel()->pos()).manhattanLength();
+    };
+    QVERIFY(distance(first, second) > 20);
+    QVERIFY(distance(second, third) > 20);
+    QVERIFY(distance(first, third) > 20);
+    // A window that is open already stays where the user put it.
+    second.panel()->move(first.panel()->pos());
+    second.controller->showWindow();
+    QCOMPARE(second.panel()->pos(), first.panel()->pos());
+  }
+
   void whatTheTextRefusesIsSaid() {
     ReminderWindowFixture desk;
     desk.openWritten();
