@@ -330,6 +330,21 @@ class ReminderWindowTest : public QObject {
     QCOMPARE(desk.openedURLs, QList<QUrl>{QUrl(QStringLiteral("https://example.org/"))});
   }
 
+  void linesAreQuietInADarkTheme() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    QPalette dark = desk.panel()->palette(); // its light and shadow stay those of a light theme
+    dark.setColor(QPalette::Window, QColor(42, 46, 50));
+    dark.setColor(QPalette::WindowText, Qt::white);
+    dark.setColor(QPalette::Light, Qt::white);
+    desk.panel()->setPalette(dark);
+    auto* line = desk.control<QWidget>("lowerLine");
+    QCOMPARE(line->height(), 1);
+    const QColor drawn = line->grab().toImage().pixelColor(line->width() / 2, 0);
+    QVERIFY(drawn.lightness() > 60);
+    QVERIFY(drawn.lightness() < 128);
+  }
+
   void severalWindowsDoNotHideEachOther() {
     ReminderWindowFixture first;
     ReminderWindowFixture second;
