@@ -30,6 +30,21 @@ if(TOCKWISE_FUZZ)
   target_compile_options(tockwise_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+# tockwise_precompile(TARGET MODULES…): with TOCKWISE_PRECOMPILE, what most of a target's files
+# include of Qt is read once. The release build does without, so that every file is held to its own
+# includes.
+function(tockwise_precompile target)
+  if(NOT TOCKWISE_PRECOMPILE)
+    return()
+  endif()
+  foreach(module Widgets Gui Core)
+    if("Qt6::${module}" IN_LIST ARGN)
+      target_precompile_headers(${target} PRIVATE <Qt${module}>)
+      return()
+    endif()
+  endforeach()
+endfunction()
+
 # tockwise_library(NAME SOURCES … [LINKS …] [PRIVATE_LINKS …] [FORMS])
 # A folder of src/ as the static library tockwise_NAME. Includes are written from src/:
 # #include "store/reminder_queue.h".
@@ -37,6 +52,7 @@ function(tockwise_library name)
   cmake_parse_arguments(ARG "MOC;FORMS" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
   add_library(tockwise_${name} STATIC ${ARG_SOURCES})
   target_link_libraries(tockwise_${name} PUBLIC tockwise_options ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+  tockwise_precompile(tockwise_${name} ${ARG_LINKS})
   if(ARG_MOC)
     set_target_properties(tockwise_${name} PROPERTIES AUTOMOC ON)
   endif()

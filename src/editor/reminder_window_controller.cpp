@@ -3,11 +3,14 @@
 #include "editor/custom_panel.h"
 #include "editor/reminder_window_private.h"
 #include "editor/window_placement.h"
+#include "richtext/default_font.h"
 #include "richtext/qs_text_view.h"
 #include "store/archive/text_archive.h"
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QFontInfo>
+#include <QTextDocument>
 
 namespace tockwise {
 namespace {
@@ -132,7 +135,12 @@ QString ReminderWindowController::reminderDescription() const {
 QByteArray ReminderWindowController::reminderRTFData() const {
   if (!d->isTextChanged() && !d->opened.RTFData.isEmpty())
     return d->opened.RTFData;
-  const AttributedText text = d->form.reminderTextView->text();
+  AttributedText text = d->form.reminderTextView->text();
+  // A text that came with fonts of its own keeps what it has; in one that was typed here, the rest
+  // is told the size that it was written in.
+  if (!d->openedWithFonts)
+    stateDefaultFont(text,
+                     QFontInfo(d->form.reminderTextView->document()->defaultFont()).pointSizeF());
   return text.isEmpty() ? QByteArray() : archiveText(text);
 }
 

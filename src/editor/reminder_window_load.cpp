@@ -4,6 +4,7 @@
 #include "editor/quick_time_pop.h"
 #include "editor/reminder_window_private.h"
 #include "editor/toned_label.h"
+#include "richtext/default_font.h"
 #include "richtext/qs_text_view.h"
 #include "richtext/text_ruler.h"
 #include "store/archive/text_archive.h"
@@ -69,6 +70,7 @@ void ReminderWindowController::Private::showText() {
     view.setReminderText(opened.reminderText);
   } else if (const Result<AttributedText> text = unarchiveTextStorage(opened.RTFData)) {
     view.setText(*text);
+    openedWithFonts = hasFont(*text);
   } else {
     // What is no text storage is simply not shown; its bytes stay unless the text is changed.
     if (text.error().kind != Error::Kind::NotFound)

@@ -65,6 +65,7 @@ class ReminderWindowController::Private {
   TonedLabel::Tone noticeTone = TonedLabel::Tone::Plain;
   QTimer noticeStays;           // runs while the notice is too new to go
   QString draftTrouble;         // stays until it is over
+  bool openedWithFonts = false; // the text that it was opened with states fonts
   bool createsWhenRead = false; // the create button was pressed while a picture was being read
   QTimer firesTimer;            // as time passes
   QTimer firesSoon;             // once for any number of changes

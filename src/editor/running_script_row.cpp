@@ -22,8 +22,8 @@ QString minutesAndSeconds(double seconds) {
 
 } // namespace
 
-RunningScriptRow::RunningScriptRow(const RunningScript& script, QWidget* parent)
-    : QWidget(parent), m_script(script) {
+RunningScriptRow::RunningScriptRow(const RunningScript& script, Date now, QWidget* parent)
+    : QWidget(parent), m_script(script), m_times(this), m_stopButton(this) {
   const QString fileName = harmlessLine(QFileInfo(script.path).fileName());
   auto* name = new QLabel(this);
   QFont bold = name->font();
@@ -35,6 +35,7 @@ RunningScriptRow::RunningScriptRow(const RunningScript& script, QWidget* parent)
   name->setToolTip(harmlessLine(script.path).toHtmlEscaped());
   m_times.setObjectName(QStringLiteral("scriptTimes"));
   m_times.setTextFormat(Qt::PlainText);
+  refresh(now);
   m_stopButton.setObjectName(QStringLiteral("stopButton"));
   m_stopButton.setText(QStringLiteral("Stop"));
   m_stopButton.setAccessibleName(QStringLiteral("Stop %1").arg(fileName));

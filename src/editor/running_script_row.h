@@ -13,7 +13,7 @@ namespace tockwise {
 class RunningScriptRow final : public QWidget {
   Q_OBJECT
  public:
-  explicit RunningScriptRow(const RunningScript& script, QWidget* parent = nullptr);
+  RunningScriptRow(const RunningScript& script, Date now, QWidget* parent = nullptr);
 
   /// Tells the times as they are at that moment.
   void refresh(Date now);

@@ -46,7 +46,7 @@ void RunningScriptsWindow::started(const RunningScript& script) {
     const auto running = m_scripts.running();
     if (std::any_of(running.begin(), running.end(),
                     [id](const RunningScript& each) { return each.id == id; }))
-      show();
+      appear();
   });
 }
 
@@ -85,7 +85,7 @@ void RunningScriptsWindow::build() {
 void RunningScriptsWindow::addRow(const RunningScript& script) {
   if (m_rows.contains(script.id))
     return;
-  auto* row = new RunningScriptRow(script, m_scroll->widget());
+  auto* row = new RunningScriptRow(script, m_clock.now(), m_scroll->widget());
   connect(row, &RunningScriptRow::stopChosen, this, [this, id = script.id] {
     m_scripts.stop(id);
     refresh();
@@ -93,7 +93,6 @@ void RunningScriptsWindow::addRow(const RunningScript& script) {
   m_layout->addWidget(row);
   row->show();
   m_rows.emplace(script.id, row);
-  row->refresh(m_clock.now());
   fitHeight();
 }
 
@@ -110,12 +109,16 @@ void RunningScriptsWindow::refresh() {
     row->refresh(m_clock.now());
 }
 
-void RunningScriptsWindow::showEvent(QShowEvent* event) {
+void RunningScriptsWindow::appear() {
   if (!m_layout)
     build();
   for (const RunningScript& script : m_scripts.running())
     addRow(script);
   refresh();
+  show();
+}
+
+void RunningScriptsWindow::showEvent(QShowEvent* event) {
   m_everySecond.start();
   QWidget::showEvent(event);
 }

@@ -39,6 +39,7 @@ class RunningScriptsWindow final : public QWidget {
  private:
   void started(const RunningScript& script);
   void finished(quint64 id);
+  void appear();
   void build();
   void refresh();
   void addRow(const RunningScript& script);

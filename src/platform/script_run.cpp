@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QThread>
 
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -81,6 +82,7 @@ void ScriptRun::start() {
   // In the child: only what is safe after a fork.
   m_process.setChildProcessModifier([writingEnd] {
     ::setsid();
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM); // should we be killed: nobody would end it then
     if (writingEnd >= 0) {
       ::dup2(writingEnd, STDOUT_FILENO);
       ::dup2(writingEnd, STDERR_FILENO);

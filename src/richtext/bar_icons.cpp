@@ -200,7 +200,7 @@ void drawSign(QPainter& painter, BarSign sign, const Ink& ink) {
 
 class SignEngine final : public QIconEngine {
  public:
-  SignEngine(BarSign sign, Ink ink) : m_sign(sign), m_ink(std::move(ink)) {}
+  SignEngine(BarSign sign, Ink ink) : m_sign(sign), m_ink(ink) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
     Ink ink = m_ink;

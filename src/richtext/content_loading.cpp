@@ -1,5 +1,6 @@
 #include "richtext/content_loading.h"
 
+#include "richtext/formats/picture_type.h"
 #include "richtext/picture_reading.h"
 #include "richtext/picture_scaling.h"
 #include "richtext/text_formats.h"
@@ -56,10 +57,10 @@ class Loader {
     const PictureHeader header = readPictureHeader(contents);
     if (header.isTooLarge)
       return refuse(tooLarge());
-    const TextAttachment whole{QStringLiteral("image.png"), contents, {}};
-    if (!header.size.isValid())
+    const auto type = pictureTypeOf(contents);
+    if (!header.size.isValid() || !type)
       return refuse(unreadable());
-    takePicture(whole, unreadable());
+    takePicture({QStringLiteral("image.") + type->suffix, contents, {}}, unreadable());
   }
 
   void operator()(const AttributedText& text) {

@@ -35,7 +35,8 @@ using enum FontHabit;
 using enum FontKind;
 
 constexpr std::array kFamilies{
-    FontFamily{u"Helvetica", u"Helvetica", Oblique, SansSerif, kLikeHelvetica},
+    // The font that archives write for text in no particular one: here, that of the desktop.
+    FontFamily{u"Helvetica", u"Helvetica", Oblique, System, u""},
     FontFamily{u"Helvetica Neue", u"HelveticaNeue", Plain, SansSerif, kLikeHelvetica},
     FontFamily{u"Arial", u"Arial", MT, SansSerif, kLikeArial},
     FontFamily{u"Times", u"Times", Roman, Serif, kLikeTimes},

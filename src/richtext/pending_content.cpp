@@ -38,6 +38,11 @@ void insertContent(QTextCursor& cursor, const AttributedText& text) {
     insertText(cursor, text);
 }
 
+/// The number of the place that has the format; 0 for other formats.
+qint64 numberOf(const QTextCharFormat& format) {
+  return PendingContent::isPlace(format) ? format.property(kNumberProperty).toLongLong() : 0;
+}
+
 QFuture<LoadedContent> loadOnAnotherThread(const IncomingContent& content, QSizeF frame) {
   const auto promise = std::make_shared<QPromise<LoadedContent>>();
   promise->start();
@@ -99,7 +104,8 @@ PendingContent::~PendingContent() {
 }
 
 bool PendingContent::isPlace(const QTextCharFormat& format) {
-  return format.hasProperty(kNumberProperty);
+  // What is typed over a selection with a place has the place's format, and is no object.
+  return format.objectType() == QTextFormat::ImageObject && format.hasProperty(kNumberProperty);
 }
 
 void PendingContent::clearPlace(QTextCharFormat& format) {
@@ -213,7 +219,7 @@ void PendingContent::lookAgain(int position, int added) {
   if (m_ready.empty() || added == 0)
     return;
   visitFragments(*m_view.document(), position, position + added, [this](const QTextFragment& part) {
-    const qint64 number = part.charFormat().property(kNumberProperty).toLongLong();
+    const qint64 number = numberOf(part.charFormat());
     const auto ready = std::find_if(m_ready.begin(), m_ready.end(), [number](const Ready& one) {
       return one.number == number && !one.wasPut;
     });
@@ -242,8 +248,7 @@ AttributedText PendingContent::completed(AttributedText text, int position, int 
   std::vector<std::pair<int, qint64>> places;
   visitFragments(*m_view.document(), position, end, [&](const QTextFragment& part) {
     if (isPlace(part.charFormat()))
-      places.emplace_back(part.position(),
-                          part.charFormat().property(kNumberProperty).toLongLong());
+      places.emplace_back(part.position(), numberOf(part.charFormat()));
   });
   for (auto place = places.rbegin(); place != places.rend(); ++place) {
     const qint64 number = place->second;
@@ -263,7 +268,7 @@ int PendingContent::positionOf(qint64 number) const {
   int position = -1;
   const QTextDocument& document = *m_view.document();
   visitFragments(document, 0, document.characterCount(), [&](const QTextFragment& fragment) {
-    if (fragment.charFormat().property(kNumberProperty).toLongLong() == number)
+    if (numberOf(fragment.charFormat()) == number)
       position = fragment.position();
   });
   return position;

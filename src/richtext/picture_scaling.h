@@ -14,7 +14,7 @@ namespace tockwise {
 inline constexpr double kWidestPicture = 300.0;
 /// What is read into memory to be scaled: more is not decoded whole.
 inline constexpr qint64 kMostPicturePixels = 128LL * 1024 * 1024;
-inline constexpr qint64 kMostPictureBytes = 64 * 1024 * 1024;
+inline constexpr qint64 kMostPictureBytes = qint64(64) * 1024 * 1024;
 
 /// Draws image into a new one of size, scaled by the smaller of the two ratios and centred; what
 /// it leaves free is transparent. An image of that size is returned as it is.

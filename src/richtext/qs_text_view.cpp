@@ -28,16 +28,17 @@ namespace tockwise {
 namespace {
 
 /// Formats of more bytes than this are read on another thread.
-constexpr qsizetype kReadAtOnce = 64 * 1024;
+constexpr qsizetype kReadAtOnce = qsizetype(64) * 1024;
 
 /// The address as it may be opened; empty when it may not.
 QUrl openable(const QString& address) {
-  const QUrl url(address, QUrl::StrictMode);
+  QUrl url(address, QUrl::StrictMode);
   const QString scheme = url.scheme().toLower();
   const bool isWeb = scheme == QLatin1String("http") || scheme == QLatin1String("https");
-  if (isWeb && !url.host().isEmpty())
-    return url;
-  return scheme == QLatin1String("mailto") && !url.path().isEmpty() ? url : QUrl();
+  const bool isWhole = isWeb ? !url.host().isEmpty() : !url.path().isEmpty();
+  if (!isWhole || (!isWeb && scheme != QLatin1String("mailto")))
+    url.clear();
+  return url;
 }
 
 qsizetype bytesOf(const QMimeData& data) {
@@ -59,6 +60,15 @@ QString plainLines(QString text) {
   text.replace(u'\r', u'\n');
   text.remove(QChar::Null);
   return text;
+}
+
+/// What Qt does for Return over a selection loses the selection's formats for undo.
+void replaceByLineEnd(QTextCursor& cursor) {
+  cursor.beginEditBlock();
+  cursor.removeSelectedText();
+  if (!continueList(cursor))
+    cursor.insertBlock();
+  cursor.endEditBlock();
 }
 
 } // namespace
@@ -134,16 +144,18 @@ bool QSTextView::Private::leave(const QKeyEvent& key) {
   return true;
 }
 
-/// Return and Backspace in a list; false where they mean nothing special.
+/// Return and Backspace in a list, Return over a selection; false where they mean nothing special.
 bool QSTextView::Private::editList(const QKeyEvent& key) {
   const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
   const bool isPlain = (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
   if (q.isReadOnly() || !isPlain || (!isReturn && key.key() != Qt::Key_Backspace))
     return false;
   QTextCursor cursor = q.textCursor();
-  if (!(isReturn ? continueList(cursor) : leaveList(cursor)))
+  if (isReturn && cursor.hasSelection())
+    replaceByLineEnd(cursor);
+  else if (!(isReturn ? continueList(cursor) : leaveList(cursor)))
     return false;
-  q.setTextCursor(cursor);
+  tockwise::moveCursor(q, cursor);
   q.ensureCursorVisible();
   return true;
 }

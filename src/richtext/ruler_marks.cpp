@@ -66,7 +66,7 @@ double positionOf(const RulerMarks& marks, const RulerMark& mark) {
 }
 
 RulerChange::RulerChange(const QTextCursor& selection, std::optional<QTextOption::Tab> tab)
-    : m_cursor(selection.document()), m_tab(std::move(tab)) {
+    : m_cursor(selection.document()), m_tab(tab) {
   QTextBlock block = selection.document()->findBlock(selection.selectionStart());
   for (; block.isValid() && (m_paragraphs.empty() || block.position() < selection.selectionEnd());
        block = block.next())

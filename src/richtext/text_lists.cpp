@@ -139,7 +139,9 @@ ListKind listKindAt(const QTextCursor& cursor) {
 void setList(const QTextCursor& selection, ListKind kind) {
   QTextDocument* document = selection.document();
   const QTextBlock first = document->findBlock(selection.selectionStart());
-  const int last = document->findBlock(selection.selectionEnd()).blockNumber();
+  // A selection that ends where a paragraph begins has nothing of it.
+  const int end = std::max(selection.selectionStart(), selection.selectionEnd() - 1);
+  const int last = document->findBlock(end).blockNumber();
   QTextCursor cursor(selection);
   cursor.beginEditBlock();
   QTextBlock block = first;
@@ -163,7 +165,7 @@ bool continueList(QTextCursor& cursor) {
   cursor.insertText(markerText(marker.kind, marker.number + 1), markerFormat(format));
   if (marker.kind == ListKind::Numbers)
     numberFrom(cursor.block().next(), marker.number + 2);
-  cursor.setCharFormat(format);
+  cursor.setCharFormat(format.isAnchor() ? markerFormat(format) : format);
   cursor.endEditBlock();
   return true;
 }

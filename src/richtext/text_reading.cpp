@@ -22,6 +22,9 @@ struct ReadFormat {
   bool isObject = false;
 };
 
+/// Formats that are read as something else than they are count down from here.
+constexpr int kNoIndex = -2;
+
 class Reader {
  public:
   Reader(const QTextDocument& document, int start, int end)
@@ -61,8 +64,7 @@ class Reader {
     }
     const int separator = block.position() + block.length() - 1;
     if (next.isValid() && separator >= m_start && separator < m_end) {
-      const ReadFormat& format = formatOf(next.charFormatIndex(), next.charFormat());
-      append(format.lineEnd, format.attributes, next.charFormatIndex());
+      takeLineEnd(formatOf(next.charFormatIndex(), next.charFormat()), next.charFormatIndex());
     }
   }
 
@@ -118,6 +120,15 @@ class Reader {
     if (format.standsFor != QChar::ReplacementCharacter)
       taken.replace(QChar(QChar::ReplacementCharacter), QChar(format.standsFor));
     append(taken, format.attributes, index);
+  }
+
+  /// A paragraph that is begun right after a picture has the picture's format.
+  void takeLineEnd(const ReadFormat& format, int index) {
+    if (!format.isObject)
+      return append(format.lineEnd, format.attributes, index);
+    TextAttributes attributes = format.attributes;
+    attributes.attachment.reset();
+    append(format.lineEnd, attributes, kNoIndex - index);
   }
 
   /// index: of the format that attributes were read from.

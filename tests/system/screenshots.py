@@ -1,11 +1,13 @@
 #!/usr/bin/python3
-"""screenshots.py FOLDER: a small scene with the running program, photographed for the README."""
+"""screenshots.py FOLDER: small scenes with the running program, photographed for the README and the
+user guide."""
 
 import subprocess
 import sys
 import time
 from pathlib import Path
 
+from panel_menu import PanelMenu
 from session import Session
 from stores import BLANK_EXTRA, reminder, write_store
 from waiting import wait_for
@@ -15,6 +17,11 @@ DAY = 24 * HOUR
 MARGIN = 16  # pixels of desktop around what is shown
 TITLE_BAR = 20
 WALLPAPER = (59, 91, 116)  # red, green, blue
+TITLE = "Water the plants on the balcony"
+BALCONY = f"""<p style="font-size: 16pt"><b>{TITLE}</b></p>
+<p>The tomatoes want <b>two cans</b>, the basil <i>a little</i>, and the cactus
+<span style="color: #c2185b">nothing at all</span>.</p>
+<p>When it rained, see <a href="https://www.example.org/weather">the forecast</a> first.</p>"""
 WORKDAYS = {"days": [False, True, True, True, True, True, False], "times": [9, 0, 17, 0]}
 
 
@@ -53,8 +60,13 @@ def still(session, find):
     return seen[-1]
 
 
-def main():
-    folder = Path(sys.argv[1])
+def frameless(session, title):
+    """The window of that title, at rest."""
+    return still(session, lambda: [window for window in session.desktop.windows()
+                                   if title in window.title])[-1:]
+
+
+def menu_and_alert(folder):
     with Session(tray="xembed") as session:
         session.desktop.paint_background(*WALLPAPER)
         write_store(session, scene())
@@ -72,6 +84,48 @@ def main():
         photograph(session, [*menu, icon], folder / "menu.png")
         desktop.press("Escape")
         session.quit_application()
+
+
+def writing(folder):
+    """The editor in both layouts, and the windows that it opens."""
+    with Session(tray="status-notifier") as session:
+        session.desktop.paint_background(*WALLPAPER)
+        session.start_application()
+        add_written_reminder(session)
+        open_written(PanelMenu(session))
+        photograph(session, frameless(session, "Edit Reminder"), folder / "editor.png")
+        session.desktop.press("r", "Alt_L")
+        photograph(session, frameless(session, "Repeat Options"), folder / "options.png")
+        session.desktop.press("Escape")
+        session.quit_application()
+        session.tockwise("prefs", "set", "datepicker", "NO")
+        session.tockwise("prefs", "set", "showRuler", "YES")
+        session.start_application()
+        open_written(PanelMenu(session))
+        photograph(session, frameless(session, "Edit Reminder"), folder / "editor-compact.png")
+        session.desktop.press("t", "Alt_L")
+        photograph(session, frameless(session, "Task"), folder / "task.png")
+        session.desktop.press("Escape")
+        session.quit_application()
+
+
+def open_written(menu):
+    menu.choose(next(label for label in menu.labels() if label.startswith(TITLE)), "Show")
+
+
+def add_written_reminder(session):
+    text = Path(session.folder, "balcony.html")
+    text.write_text(BALCONY, encoding="utf-8")
+    done = session.tockwise("add", "--rich", str(text), "--in", "1 Day", "--every", "day",
+                            "--days", "Mon,Tue,Wed,Thu,Fri,Sat", "--before", "0,1,0")
+    if done.returncode != 0:
+        raise SystemExit(done.stderr)
+
+
+def main():
+    folder = Path(sys.argv[1])
+    menu_and_alert(folder)
+    writing(folder)
 
 
 if __name__ == "__main__":

@@ -5,6 +5,7 @@ sound, put off, dismissed, and still there after the next start."""
 import re
 from datetime import datetime
 
+from editors import Editors
 from harness import SystemTest, main, next_minute
 from panel_menu import WATCHER, PanelMenu, registered_items
 from session import TRAY_SELECTION
@@ -13,7 +14,7 @@ COUNTDOWN = re.compile(r"(?:(\d+) minutes, )?(\d+) seconds")
 AUDIBLE = 1000  # of 32768
 
 
-class Road:
+class Road(Editors):
     """The flow; each class below says how its tray shows the menu."""
 
     def start(self):
@@ -66,17 +67,21 @@ class Road:
         self.assertEqual([name for _, name, _ in signals].count("ReminderFired"), 1)
 
     def put_it_off(self, uuid):
-        """Asks to be reminded again: a new reminder, ten minutes ahead, and no alert."""
+        """Asks to be reminded again: an editor with the text, whose third quick time is ten
+        minutes, and no alert."""
         asked = datetime.now().timestamp()
         self.run_command("alerts", "again", "1")
-        self.wait_for(lambda: len(self.reminders()) == 2, "the reminder put off")
+        self.wait_for_editor("New Reminder")
         self.assertEqual(self.session.json("alerts"), [])
+        self.choose_quick_time(3)
+        self.save()
+        self.wait_for(lambda: len(self.reminders()) == 2, "the reminder put off")
         self.wait_for(lambda: not self.alert_window("Tea"), "the window's end")
         (again,) = [each for each in self.reminders() if each["reminderUUID"] != uuid]
         self.assertEqual(again["reminderDescriptions"], "Tea")
         due = datetime.fromisoformat(again["reminderQueue"].replace("Z", "+00:00")).timestamp()
         self.assertGreater(due - asked, 9 * 60 - 1)
-        self.assertLess(due - asked, 10 * 60 + 5)
+        self.assertLess(due - asked, 10 * 60 + 15)
 
     def dismiss(self, uuid):
         """A fired reminder that is edited fires again; its alert is dismissed by its button."""

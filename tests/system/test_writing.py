@@ -7,6 +7,7 @@ import struct
 import zlib
 
 from clipboard_owner import ClipboardOwner
+from editors import Editors
 from harness import SystemTest, main
 from panel_menu import PanelMenu
 from screen import Screen
@@ -24,40 +25,6 @@ def png(width, height, colour):
     rows = (b"\0" + bytes(colour) * width) * height
     return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0))
             + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
-
-
-class Editors:
-    """The windows, and what a user does with them."""
-
-    def editor(self, title=" Reminder"):
-        return self.session.desktop.window_titled(title)
-
-    def alert(self, text):
-        return next((window for window in self.session.desktop.windows()
-                     if text in window.title and window.role == "alert"), None)
-
-    def wait_for_editor(self, title):
-        editor = self.wait_for(lambda: self.editor(title), "the editor")
-        self.wait_for(lambda: self.session.desktop.active_window() == editor.identifier,
-                      "the editor's keyboard")
-        return editor
-
-    def save(self):
-        self.session.desktop.press("Return", "Control_L")
-        self.wait_for(lambda: not self.editor(), "the editor's end")
-
-    def choose_first_quick_time(self):
-        desktop = self.session.desktop
-        desktop.press("q", "Alt_L")
-        self.wait_for(self.pop_up, "the quick times")
-        desktop.press("Down")
-        desktop.press("Return")
-        self.wait_for(lambda: not self.pop_up(), "the quick times' end")
-
-    def pop_up(self):
-        """The open menu or list; the tray's icon is as plain, and smaller."""
-        return next((window for window in self.session.desktop.windows()
-                     if window.plain and window.width > 100 and window.height > 100), None)
 
 
 class Writing(Editors, SystemTest):
@@ -110,7 +77,7 @@ class Writing(Editors, SystemTest):
         self.assertGreater(shown.share, 0.99)
         self.assertAlmostEqual(shown.width / shown.height, WIDE / 100, delta=0.3)
         self.assertLessEqual(shown.width, 300)
-        self.choose_first_quick_time()
+        self.choose_quick_time()
         self.save()
         self.check_stored()
         self.open_menu()
@@ -170,7 +137,7 @@ class WritingFromPanel(Editors, SystemTest):
         self.add("feed the cat", "--in", "2 Hours")
         self.menu.choose("Recent Reminders", "feed the cat")
         self.wait_for_editor("New Reminder")
-        self.choose_first_quick_time()
+        self.choose_quick_time()
         self.save()
         self.wait_for(lambda: self.texts() == ["feed the cat"] * 2, "the second reminder")
         self.assertEqual(self.menu.labels(self.menu.identifier("Recent Reminders")).count(
@@ -226,7 +193,7 @@ class WritingFromPanel(Editors, SystemTest):
         self.session.start_application()
         self.answer_question()
         self.wait_for_editor("New Reminder")
-        self.choose_first_quick_time()
+        self.choose_quick_time()
         self.save()
         self.wait_for(self.reminders, "the reminder")
         self.assertEqual(self.texts(), ["half a thought"])

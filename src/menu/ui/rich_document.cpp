@@ -26,7 +26,8 @@ QTextCharFormat formatOf(const RichAttributes& attributes) {
     // PostScript names tell family and style apart with a hyphen: "Helvetica-BoldOblique".
     const QString family = attributes.font->section(u'-', 0, 0);
     const QString style = attributes.font->section(u'-', 1);
-    format.setFontFamilies({family});
+    if (family != QStringView(u"Helvetica")) // text in no particular font: the menu's
+      format.setFontFamilies({family});
     if (style.contains(u"Bold"))
       format.setFontWeight(QFont::Bold);
     if (style.contains(u"Italic") || style.contains(u"Oblique"))

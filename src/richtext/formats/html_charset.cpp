@@ -46,7 +46,7 @@ QString decodedHTML(const QByteArray& bytes) {
     return QStringDecoder(*encoding).decode(bytes);
   const QByteArray name = statedName(bytes);
   QStringDecoder utf8(QStringConverter::Utf8);
-  const QString text = utf8.decode(bytes);
+  QString text = utf8.decode(bytes);
   if (!utf8.hasError() || name == "utf-8" || name == "utf8")
     return text;
   CodePages pages;

@@ -1,5 +1,7 @@
 // fromHTML(): a text from any page, however it was made. Nothing in it is run or fetched, and
 // whatever it holds costs time and memory in proportion to its length.
+#include "richtext/default_font.h"
+#include "richtext/formats/format_fonts.h"
 #include "richtext/formats/html_elements.h"
 #include "richtext/formats/html_text.h"
 #include "richtext/formats/html_tokens.h"
@@ -218,7 +220,9 @@ class HtmlReader {
 AttributedText fromHTML(const QString& html) {
   QString text = html;
   text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
-  return HtmlReader().read(text);
+  AttributedText read = HtmlReader().read(text);
+  stateDefaultFont(read, kPlainFontSize);
+  return read;
 }
 
 } // namespace tockwise

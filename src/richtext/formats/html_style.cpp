@@ -9,7 +9,7 @@
 namespace tockwise {
 namespace {
 
-constexpr qsizetype kLongestStyle = 16 * 1024; // characters that are looked at
+constexpr qsizetype kLongestStyle = 16384; // characters that are looked at
 
 using Words = QList<QStringView>;
 

@@ -20,12 +20,15 @@ class HtmlWriter {
                             "<title>Reminder</title></head>\n<body>\n");
     for (const TextParagraph& paragraph : paragraphsOf(text))
       writeParagraph(paragraph);
-    return m_html + QStringLiteral("</body></html>\n");
+    return m_html + QStringLiteral("</body></html>");
   }
 
  private:
   void writeParagraph(const TextParagraph& paragraph) {
-    m_html += QStringLiteral("<p style=\"%1\"").arg(paragraphStyleText(paragraph.style));
+    // Qt's reader, and so many programs', would make two lines of an empty one without that word.
+    const QString empty =
+        paragraph.pieces.empty() ? QStringLiteral("-qt-paragraph-type:empty;") : QString();
+    m_html += QStringLiteral("<p style=\"%1\"").arg(empty + paragraphStyleText(paragraph.style));
     if (paragraph.style && paragraph.style->writingDirection == 2)
       m_html += QStringLiteral(" dir=\"rtl\"");
     else if (paragraph.style && paragraph.style->writingDirection == 1)
@@ -44,7 +47,7 @@ class HtmlWriter {
         !paragraph.pieces.empty() && paragraph.pieces.back().text.back() == kLineSeparator;
     if (m_html.size() == start || endsWithBreak)
       m_html += QStringLiteral("<br>");
-    m_html += QStringLiteral("</p>\n");
+    m_html += QStringLiteral("</p>"); // no line feed follows: some readers take one for a space
   }
 
   // Whether it holds spaces that a page would swallow.

@@ -16,8 +16,8 @@ namespace {
 
 using Destination = RtfDestination;
 
-constexpr size_t kDeepest = 500;               // groups
-constexpr qsizetype kLongestWords = 64 * 1024; // of a name, an instruction
+constexpr size_t kDeepest = 500;           // groups
+constexpr qsizetype kLongestWords = 65536; // of a name, an instruction
 constexpr qsizetype kMostAttachments = 1000;
 
 // Where the text of a group goes that starts with that word; nothing for other words.

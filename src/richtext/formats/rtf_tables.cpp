@@ -4,6 +4,8 @@
 #include "richtext/text_fonts.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace tockwise {
 namespace {
@@ -118,7 +120,7 @@ void RtfColorTable::extensionWord(QByteArrayView word, std::optional<int> parame
   if (word != "c" || m_extensionParts >= 0 || ++m_extensionParts != 0)
     return;
   const double alpha = std::clamp(parameter.value_or(kWhole), 0, kWhole) / double(kWhole);
-  m_entries[m_extension].alpha = quint32(alpha * 255 + 0.5);
+  m_entries[m_extension].alpha = quint32(std::lround(alpha * 255));
 }
 
 void RtfColorTable::extensionText(QByteArrayView bytes) {

@@ -19,7 +19,7 @@
 namespace tockwise {
 namespace {
 
-constexpr qsizetype kMostTextBytes = 128 * 1024 * 1024; // of one form that is read
+constexpr qsizetype kMostTextBytes = 2 * kMostPictureBytes; // of one form that is read
 
 QString string(const char16_t* text) {
   return QString::fromUtf16(text);

@@ -1,6 +1,8 @@
 // The subsystems connected: what happens to a reminder between the tick, the alert and the store.
 #include "app/alert_commands.h"
 #include "app/app_controller.h"
+#include "app/menu_operations.h"
+#include "store/archive/text_archive.h"
 #include "support/fake_pasteboard.h"
 #include "support/fakes.h"
 #include "support/test_environment.h"
@@ -26,6 +28,8 @@ class AppControllerTest : public QObject {
   FakeWakeTimer* m_wakeTimer = nullptr;
   FakeWorkspace* m_workspace = nullptr;
   FakeScriptHost* m_scripts = nullptr;
+  FakePasteboard* m_pasteboard = nullptr;
+  ReminderStore* m_store = nullptr; // the controller's
   std::unique_ptr<AppController> m_controller;
 
   QString addDue(const char* words, QVariantMap options = {}) {
@@ -40,6 +44,10 @@ class AppControllerTest : public QObject {
     for (const QJsonValue& reminder : m_controller->commands().list())
       texts += reminder.toObject()[text("reminderDescriptions")].toString();
     return texts;
+  }
+  void choose(const char* action, qint64 tag = 0, const QString& reminderUUID = {},
+              const char* title = "") {
+    m_controller->perform({text(action), tag, reminderUUID, text(title)});
   }
   void openAlerts(int count) { QTRY_COMPARE(m_controller->alertsJson().size(), count); }
 
@@ -59,11 +67,13 @@ class AppControllerTest : public QObject {
     auto scripts = std::make_unique<FakeScriptHost>();
     m_workspace = workspace.get();
     m_scripts = scripts.get();
+    auto pasteboard = std::make_unique<FakePasteboard>();
+    m_pasteboard = pasteboard.get();
+    m_store = store->get();
     m_controller = std::make_unique<AppController>(
-        std::move(*store),
-        Ports{std::move(prompter), std::move(sounds), std::make_unique<FakePowerEvents>(),
-              std::move(wakeTimer), std::move(workspace), std::move(scripts),
-              std::make_unique<FakePasteboard>()});
+        std::move(*store), Ports{std::move(prompter), std::move(sounds),
+                                 std::make_unique<FakePowerEvents>(), std::move(wakeTimer),
+                                 std::move(workspace), std::move(scripts), std::move(pasteboard)});
     m_controller->start();
   }
   void cleanup() {
@@ -117,24 +127,19 @@ class AppControllerTest : public QObject {
     QVERIFY(m_controller->alertsJson().first().toObject()[text("uuid")].isNull());
   }
 
-  void remindAgainComesBackInTenMinutes() {
-    addDue("Tea", {{text("email"), true}});
+  void remindAgainOpensAnEditorWithTheText() {
+    addDue("Tea");
     openAlerts(1);
     QVERIFY(alertCommand(m_controller->alerts(), text("again"), 1));
     openAlerts(0);
-    QCOMPARE(textsOfQueue(), (QStringList{text("Tea"), text("Tea")}));
-    const auto list = m_controller->commands().list();
-    const auto copy = std::find_if(list.begin(), list.end(), [](const QJsonValue& each) {
-      return each.toObject()[text("reminderRecent")].toInt() == 0;
-    });
-    QVERIFY(copy != list.end());
-    QVERIFY((*copy).toObject()[text("reminderSendEmail")].toBool());
-    m_clock.advance(599);
-    m_wakeTimer->expire();
-    QCOMPARE(m_controller->alertsJson().size(), 0);
-    m_clock.advance(1);
-    m_wakeTimer->expire();
-    openAlerts(1);
+    QCOMPARE(textsOfQueue(), QStringList{text("Tea")});
+    const auto editors = m_controller->editing().reminderWindows();
+    QCOMPARE(editors.size(), size_t(1));
+    const ReminderDraft draft = editors.front()->current();
+    QCOMPARE(draft.purpose, EditorPurpose::RemindAgain);
+    QCOMPARE(draft.reminderText, text("Tea"));
+    QCOMPARE(draft.reminderUUID, QString());
+    QCOMPARE(draft.reminderDate, m_clock.now());
   }
 
   void deletingAsksOnceAndFindsTheReminderAgain() {
@@ -215,15 +220,107 @@ class AppControllerTest : public QObject {
     openAlerts(0);
   }
 
+  void newReminderOpensAnEditor() {
+    choose("newReminder");
+    QCOMPARE(m_controller->editing().reminderWindows().size(), size_t(1));
+  }
+
+  void aTitleOpensItsReminderWhereverItStandsNow() {
+    addLater("first");
+    const QString uuid = addLater("second");
+    choose("showReminder", 0, uuid);
+    const auto editors = m_controller->editing().reminderWindows();
+    QCOMPARE(editors.size(), size_t(1));
+    QCOMPARE(editors.front()->current().reminderUUID, uuid);
+    QCOMPARE(editors.front()->current().reminderText, text("second"));
+  }
+
+  void aRecentEntryOpensItsTextAsANewReminder() {
+    addLater("feed the cat");
+    choose("recentReminder", 0, {}, "feed the cat");
+    const auto editors = m_controller->editing().reminderWindows();
+    QCOMPARE(editors.size(), size_t(1));
+    QCOMPARE(editors.front()->current().reminderText, text("feed the cat"));
+    QCOMPARE(editors.front()->current().reminderUUID, QString());
+  }
+
+  void aRecentEntryThatIsGoneOpensNothing() {
+    addLater("feed the cat");
+    choose("clearRecent");
+    choose("recentReminder", 0, {}, "feed the cat");
+    QVERIFY(m_controller->editing().reminderWindows().empty());
+  }
+
+  void copyingPutsTheRichTextOnTheClipboard() {
+    AttributedText rich;
+    TextAttributes bold;
+    bold.font = TextFont{text("Helvetica-Bold"), 14, {}};
+    rich.append(text("bold"), bold);
+    const QString uuid = addLater("bold");
+    ReminderQueue& queue = m_store->queue();
+    QVERIFY(queue.set<&Columns::reminderRTFs>(*queue.indexOf(uuid), archiveText(rich)));
+    choose("copyMenuItem", 0, uuid);
+    QCOMPARE(m_pasteboard->timesSet, 1);
+    QVERIFY(m_pasteboard->kept->html().contains(text("bold")));
+    QVERIFY(m_pasteboard->kept->hasFormat(text("text/rtf")));
+  }
+
+  void copyingAPlainReminderLeavesTheClipboard() {
+    choose("copyMenuItem", 0, addLater("plain"));
+    QCOMPARE(m_pasteboard->timesSet, 0);
+  }
+
+  void clearingTheQueueAsksAndTells() {
+    QSignalSpy modified(m_controller.get(), &AppController::dataModified);
+    addDue("Tea");
+    openAlerts(1);
+    modified.clear();
+    m_prompter->answers = {1};
+    choose("clearQueue");
+    QCOMPARE(textsOfQueue(), QStringList{text("Tea")});
+    QCOMPARE(modified.size(), 0);
+    m_prompter->answers = {0};
+    choose("clearQueue");
+    QCOMPARE(textsOfQueue(), QStringList());
+    QCOMPARE(modified.size(), 1);
+    openAlerts(1); // the alert of a reminder that is gone stays
+  }
+
+  void aDisplayOptionIsFlippedAndChecked() {
+    const auto isChecked = [this] {
+      for (const MenuItem& item : m_controller->menuItems()) {
+        for (const MenuItem& option : item.submenu) {
+          if (option.action == text("setShowRuler"))
+            return option.checked;
+        }
+      }
+      return false;
+    };
+    QVERIFY(!isChecked());
+    choose("setShowRuler");
+    QVERIFY(isChecked());
+    choose("setShowRuler");
+    QVERIFY(!isChecked());
+  }
+
+  void everyOperationThatTheMenuOffersIsCarriedOut() {
+    const QSet<QString> offered = availableMenuOperations();
+    QVERIFY(offered.contains(text("sortByName")));
+    for (const MenuItem& item : m_controller->menuItems())
+      QCOMPARE(item.enabled, item.submenu.empty() ? offered.contains(item.action) : true);
+  }
+
   void actionsOfLaterSubsystemsStandInTheMenuDisabled() {
     const auto items = m_controller->menuItems();
     const auto named = [&](const char* title) {
       return *std::find_if(items.begin(), items.end(),
                            [&](const MenuItem& item) { return item.title == text(title); });
     };
-    QVERIFY(!named("New Reminder...").enabled);
-    QCOMPARE(named("New Reminder...").action, text("newReminder"));
+    QVERIFY(!named("Save Reminders...").enabled);
+    QCOMPARE(named("Save Reminders...").action, text("selItemSaveReminders"));
     QVERIFY(named("Quit Tockwise").enabled);
+    QVERIFY(named("New Reminder...").enabled);
+    QVERIFY(named("Clear Queue").enabled);
     QVERIFY(named("About...").enabled);
   }
 };

@@ -126,6 +126,27 @@ class TextListsTest : public QObject {
     QCOMPARE(shown.plain(), QStringLiteral("\t1.\ta\n\t2.\tb\n\t3.\tc"));
   }
 
+  void aSelectionUpToAParagraphLeavesItAlone() {
+    ShownView shown;
+    shown.view.setReminderText(QStringLiteral("a\nb\nc"));
+    shown.select(0, 4);
+    setList(shown.view.textCursor(), ListKind::Bullets);
+    QCOMPARE(shown.plain(), QStringLiteral("\t•\ta\n\t•\tb\nc"));
+  }
+
+  void theNextItemIsNotPartOfALink() {
+    ShownView shown;
+    shown.view.setText(linkText(QStringLiteral("link"), QStringLiteral("https://example.org")));
+    setList(shown.view.textCursor(), ListKind::Bullets);
+    shown.key(Qt::Key_End);
+    shown.key(Qt::Key_Return);
+    shown.type(QStringLiteral("b"));
+    const AttributedText text = shown.view.text();
+    QCOMPARE(text.text, QStringLiteral("\t•\tlink\n\t•\tb"));
+    QCOMPARE(text.runs.front().attributes.link, std::nullopt);
+    QCOMPARE(text.runs.back().attributes.link, std::nullopt);
+  }
+
   void returnOutsideAListIsALineEnd() {
     ShownView shown;
     shown.type(QStringLiteral("1. a"));

@@ -86,6 +86,21 @@ class TextViewTest : public QObject {
     QCOMPARE(shown.plain(), QStringLiteral("word"));
   }
 
+  void returnOverASelectionIsUndoneWithItsFormats() {
+    AttributedText text = plainText(QStringLiteral("a\n"));
+    TextAttributes red;
+    red.color = TextColor{0xffff0000, false, {}};
+    text.append(QStringLiteral("red"), red);
+    text.append(QStringLiteral(" plain"), {});
+    ShownView shown;
+    shown.view.setText(text);
+    shown.select(1, 11);
+    shown.key(Qt::Key_Return);
+    QCOMPARE(shown.plain(), QStringLiteral("a\n"));
+    shown.view.undo();
+    QCOMPARE(shown.view.text(), text);
+  }
+
   void plainTextIsPastedWithOneStepOfUndo() {
     ShownView shown;
     shown.type(QStringLiteral("abc"));

@@ -1,6 +1,5 @@
 #include "engine/fire_forecast.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 
 #include <limits>
@@ -123,11 +122,8 @@ class FireForecastTest : public QObject {
     for (const Offset& offset : {kBlankOffset, Offset{7, 0, 0}, Offset{28, 0, 0}}) {
       const FireRule rule{at(2025, 3, 4, 9), interval, extra, offset};
       const Date now = at(2025, 1, 15);
-      QElapsedTimer timer;
-      timer.start();
       QCOMPARE(next(rule, now), std::nullopt);
       QCOMPARE(text(rule, now), QStringLiteral("Never fires: ") + why);
-      QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
     }
   }
 

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -337,6 +338,17 @@ class ScriptHostTest : public QObject {
     QVERIFY(m_ends.empty());
   }
 
+  void aProgramThatIsKilledLeavesNoScriptRunning() {
+    const QString path = script("echo $$ > leader\nwhile :; do sleep 0.05; done\n");
+    QProcess program;
+    program.start(QCoreApplication::applicationFilePath(), {text("--host"), path});
+    const pid_t leader = pidFrom("leader");
+    QVERIFY(leader > 0 && isAlive(leader));
+    program.kill();
+    QVERIFY(program.waitForFinished());
+    QTRY_VERIFY(!isAlive(leader));
+  }
+
   void theHostMayGoAwayWithinItsOwnSignal() {
     connect(m_host.get(), &ScriptHost::finished, this, [this] {
       QMetaObject::invokeMethod(
@@ -360,5 +372,16 @@ class ScriptHostTest : public QObject {
   }
 };
 
-QTEST_GUILESS_MAIN(ScriptHostTest)
+int main(int argc, char** argv) {
+  QCoreApplication application(argc, argv);
+  if (argc == 3 && QString::fromLocal8Bit(argv[1]) == u"--host") { // a program to be killed
+    const SystemClock clock;
+    ProcessScriptHost host(clock, kPlenty);
+    host.run(QFile::decodeName(argv[2]));
+    return QCoreApplication::exec();
+  }
+  ScriptHostTest test;
+  return QTest::qExec(&test, argc, argv);
+}
+
 #include "script_host_test.moc"

@@ -125,6 +125,40 @@ class RunningScriptsTest : public QObject {
     QCOMPARE(texts("scriptName"), (QStringList{text("a"), text("b")}));
   }
 
+  void everyButtonCanBeReached_data() {
+    QTest::addColumn<QString>("name");
+    QTest::newRow("short") << text("/a");
+    QTest::newRow("long") << text("/a script that says what it does and why, at some length.sh");
+  }
+  void everyButtonCanBeReached() {
+    QFETCH(QString, name);
+    showWith({qPrintable(name), "/b"});
+    const auto inside = [this](const QWidget* widget) {
+      const QRect place(widget->mapTo(m_window.get(), QPoint()), widget->size());
+      return m_window->rect().contains(place) && widget->visibleRegion() == widget->rect();
+    };
+    const auto buttons = all<QPushButton>("stopButton");
+    QCOMPARE(buttons.size(), 2);
+    for (const QPushButton* button : buttons)
+      QTRY_VERIFY(inside(button));
+    for (const QLabel* label : all<QLabel>("scriptTimes"))
+      QVERIFY(inside(label) && label->width() >= label->sizeHint().width());
+  }
+
+  void manyScriptsAreScrolledTo() {
+    makeWindow(10ms);
+    for (int i = 0; i < 40; ++i)
+      m_host->run(text("/script"));
+    QTRY_VERIFY(m_window->isVisible());
+    QVERIFY(m_window->height() < 500);
+    const auto buttons = all<QPushButton>("stopButton");
+    QCOMPARE(buttons.size(), 40);
+    buttons[38]->setFocus();
+    QTest::keyClick(buttons[38], Qt::Key_Tab);
+    QCOMPARE(m_window->focusWidget(), buttons.last());
+    QTRY_VERIFY(!buttons.last()->visibleRegion().isEmpty());
+  }
+
   void aScriptThatStartsMeanwhileJoinsTheList() {
     showWith({"/a"});
     const int height = m_window->height();

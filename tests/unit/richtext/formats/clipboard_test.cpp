@@ -10,6 +10,7 @@
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocument>
 #include <QUrl>
 
 using namespace tockwise;
@@ -213,6 +214,24 @@ class ClipboardTest final : public QObject {
     copyMenuItem(Error{Error::Kind::OutOfRange, QStringLiteral("there is no element 7")},
                  pasteboard);
     QCOMPARE(pasteboard.timesSet, 0);
+  }
+
+  void anotherReaderOfHtmlSeesTheSameText() {
+    // Unlike browsers, QTextDocument shows the break with which a paragraph ends.
+    static const QRegularExpression endsWithBreak(QStringLiteral("\\x{2028}(\n|$)"));
+    int compared = 0;
+    for (quint32 seed = 0; seed < 150; ++seed) {
+      const AttributedText text = RandomCarried(seed, Format::Html).text();
+      if (text.text.contains(endsWithBreak))
+        continue;
+      ++compared;
+      QTextDocument document;
+      document.setHtml(toHTML(text));
+      QString wanted = text.text;
+      wanted.replace(QChar::LineSeparator, u'\n').replace(QChar::Nbsp, u' ');
+      QCOMPARE(document.toPlainText(), wanted);
+    }
+    QVERIFY(compared > 50);
   }
 
   void theClipboardGivesBackWhatWasPutOnIt() {

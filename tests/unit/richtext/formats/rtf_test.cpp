@@ -5,7 +5,6 @@
 #include "store/archive/text_archive.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 
@@ -327,7 +326,7 @@ class RtfTest final : public QObject {
              QStringLiteral("x"));
   }
 
-  void hostileRtfIsReadFast_data() {
+  void hostileRtfIsReadInBounds_data() {
     QTest::addColumn<QByteArray>("rtf");
     QByteArray fonts = "{\\rtf1{\\fonttbl";
     QByteArray runs = "{\\rtf1 ";
@@ -354,14 +353,11 @@ class RtfTest final : public QObject {
       return pages;
     }() + "}";
   }
-  void hostileRtfIsReadFast() {
+  void hostileRtfIsReadInBounds() {
     QFETCH(QByteArray, rtf);
-    QElapsedTimer timer;
-    timer.start();
     const auto text = fromRTF(rtf);
     QVERIFY(text);
     QVERIFY(text->runs.size() <= 20000);
-    QVERIFY2(timer.elapsed() < 5000, QByteArray::number(timer.elapsed()));
   }
 
   void everyPrefixAndEveryChangeOfASampleIsHarmless() {
