@@ -4,6 +4,7 @@
 #include "app/bus_names.h"
 #include "app/bus_service.h"
 #include "app/old_text_conversion.h"
+#include "app/placeholder_color.h"
 #include "base/log.h"
 #include "menu/ui/clock_icon.h"
 #include "platform/canberra_sound_player.h"
@@ -125,6 +126,7 @@ int runApplication(int argc, char** argv) {
   QApplication::setDesktopFileName(busName());
   QApplication::setWindowIcon(applicationIcon());
   QApplication::setQuitOnLastWindowClosed(false);
+  const PlaceholderColor placeholderColor;
 
   const SystemClock clock;
   auto opened = openStore(clock);

@@ -60,6 +60,7 @@ struct OpenEditor {
   Origin origin = Origin::Fresh;
   bool isDraftKept = false;
   bool isDraftStale = false; // changed since it was kept
+  bool isTroubleTold = false;
 
   bool isUnsaved() const { return origin == Origin::Draft || editor->isChanged(); }
 };
@@ -78,6 +79,7 @@ class ReminderEditing::Private {
   void finish(ReminderEditor* editor);
   void take(const ReminderDraft& result);
   void takeEdited(const ReminderDraft& result);
+  void keepResult(const ReminderDraft& result);
   void remove(const QString& reminderUUID);
   void dropDraft(const QString& identifier);
   void dropSavedDrafts();
@@ -182,6 +184,8 @@ void ReminderEditing::Private::keepDraft(OpenEditor& open) {
       drafts.remove(open.identifier);
     open.isDraftKept = false;
     open.isDraftStale = false;
+    if (std::exchange(open.isTroubleTold, false))
+      open.editor->tellDraftTrouble({});
     return;
   }
   const auto kept = drafts.keep(open.editor->current());
@@ -190,6 +194,9 @@ void ReminderEditing::Private::keepDraft(OpenEditor& open) {
   if (!kept && !isFailureLogged)
     logLine(QStringLiteral("Could not keep a draft: %1").arg(kept.error().message));
   isFailureLogged = !kept;
+  if (!kept || open.isTroubleTold)
+    open.editor->tellDraftTrouble(kept ? QString() : kept.error().message);
+  open.isTroubleTold = !kept;
 }
 
 void ReminderEditing::Private::finish(ReminderEditor* editor) {
@@ -200,9 +207,14 @@ void ReminderEditing::Private::finish(ReminderEditor* editor) {
   editors.erase(found);
   editor->deleteLater(); // its own signal is being heard
   switch (editor->end()) {
-  case ReminderEditor::End::Created:
-    take(editor->result());
+  case ReminderEditor::End::Created: {
+    const ReminderDraft result = editor->result();
+    take(result);
+    // What was written last is only in memory as long as the queue cannot be saved.
+    if (!store.preferences().isSaved())
+      keepResult(result);
     break;
+  }
   case ReminderEditor::End::Deleted:
     remove(open.reminderUUID);
     break;
@@ -226,14 +238,17 @@ void ReminderEditing::Private::takeEdited(const ReminderDraft& result) {
   if (const auto edited = store.editReminder(result.reminderUUID, reminderOf(result)); !edited) {
     if (edited.error().kind != Error::Kind::NotFound)
       logLine(edited.error().message);
-    // The program may end while the question is open.
-    if (const auto kept = drafts.keep(result); !kept)
-      logLine(QStringLiteral("Could not keep a draft: %1").arg(kept.error().message));
+    keepResult(result); // the program may end while the question is open
     if (prompter.ask(goneQuestion()) == No)
       return;
     store.appendReminder(reminderOf(result), RecentEntry::Add);
   }
   Q_EMIT q.changed();
+}
+
+void ReminderEditing::Private::keepResult(const ReminderDraft& result) {
+  if (const auto kept = drafts.keep(result); !kept)
+    logLine(QStringLiteral("Could not keep a draft: %1").arg(kept.error().message));
 }
 
 void ReminderEditing::Private::remove(const QString& reminderUUID) {

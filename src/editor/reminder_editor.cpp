@@ -14,6 +14,7 @@ class WindowEditor final : public ReminderEditor {
   void showWindow() override { m_window.showWindow(); }
   ReminderDraft current() const override { return m_window.current(); }
   bool isChanged() const override { return m_window.isChanged(); }
+  void tellDraftTrouble(const QString& why) override { m_window.tellDraftTrouble(why); }
 
   End end() const override {
     if (m_window.didDelete())

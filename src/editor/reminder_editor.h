@@ -23,6 +23,9 @@ class ReminderEditor : public QObject {
   virtual ReminderDraft current() const = 0;
   /// Whether that differs from what it was opened with.
   virtual bool isChanged() const = 0;
+  /// Says that what it holds would be lost if the program ended now, and why; "" once it no longer
+  /// would.
+  virtual void tellDraftTrouble(const QString& why) = 0;
   // Once it has finished:
   virtual End end() const = 0;
   /// The values to store, as they were when it was closed.

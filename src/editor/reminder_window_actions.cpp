@@ -45,6 +45,7 @@ void ReminderWindowController::Private::showOptions() {
     showRepeat();
     noteChange();
   });
+  connect(options, &QDialog::finished, &q, [this] { takeKeyboardBack(); });
   options->open();
 }
 
@@ -56,6 +57,7 @@ void ReminderWindowController::Private::addTask() {
   auto* window = new TaskWindowController(form.panel.get(), surroundings.prompter);
   window->setAttribute(Qt::WA_DeleteOnClose);
   connect(window, &QDialog::finished, &q, [this, window] {
+    takeKeyboardBack();
     if (window->didClose() || !window->addTask())
       return;
     task = Task{false, window->taskType(), window->pathString()};
@@ -84,9 +86,7 @@ void ReminderWindowController::Private::createReminder() {
     return;
   if (form.reminderTextView->isLoading()) {
     createsWhenRead = true;
-    form.noticeLine->say(QStringLiteral("A picture is still being read..."),
-                         TonedLabel::Tone::Quiet);
-    form.noticeLine->show();
+    tell(QStringLiteral("A picture is still being read..."), TonedLabel::Tone::Quiet);
     return;
   }
   if (form.reminderTextView->document()->isEmpty()) {
@@ -126,6 +126,7 @@ std::optional<Answer> ReminderWindowController::Private::ask(const Question& que
   if (!alive)
     return std::nullopt;
   isAsking = false;
+  takeKeyboardBack();
   return Answer(answer);
 }
 
@@ -134,6 +135,12 @@ void ReminderWindowController::Private::bringToFront() {
     form.panel->showNormal();
   form.panel->show();
   form.panel->raise();
+  form.panel->activateWindow();
+}
+
+/// From a window over this one that was closed: a window manager may give it to an alert that is
+/// open in front, and the next Return would dismiss that.
+void ReminderWindowController::Private::takeKeyboardBack() {
   form.panel->activateWindow();
 }
 
@@ -150,6 +157,33 @@ void ReminderWindowController::Private::noteChange() {
     return;
   firesSoon.start(0);
   Q_EMIT q.changed();
+}
+
+/// Whoever goes on writing at once must be able to read a warning, too.
+void ReminderWindowController::Private::tell(const QString& words, TonedLabel::Tone tone) {
+  constexpr int kTimeToRead = 3000; // milliseconds
+  notice = words;
+  noticeTone = tone;
+  if (tone == TonedLabel::Tone::Warning)
+    noticeStays.start(kTimeToRead);
+  else
+    noticeStays.stop();
+  showNotice();
+}
+
+void ReminderWindowController::Private::forgetNotice() {
+  if (noticeStays.isActive())
+    return;
+  notice.clear();
+  showNotice();
+}
+
+void ReminderWindowController::Private::showNotice() {
+  if (notice.isEmpty())
+    form.noticeLine->say(draftTrouble, TonedLabel::Tone::Warning);
+  else
+    form.noticeLine->say(notice, noticeTone);
+  form.noticeLine->setVisible(!form.noticeLine->text().isEmpty());
 }
 
 bool ReminderWindowController::Private::isTextChanged() const {

@@ -2,10 +2,12 @@
 
 #include "editor/custom_panel.h"
 #include "editor/reminder_window_private.h"
+#include "editor/window_placement.h"
 #include "richtext/default_font.h"
 #include "richtext/qs_text_view.h"
 #include "store/archive/text_archive.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QFontInfo>
 #include <QTextDocument>
@@ -15,6 +17,18 @@ namespace {
 
 /// How often the line that says when the reminder fires is looked at again, as time passes.
 constexpr int kFiresLineSeconds = 10;
+
+/// Other reminders being written.
+QWidgetList otherPanels(const QWidget* panel) {
+  QWidgetList others;
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  for (QWidget* window : windows) {
+    if (window != panel && window->isVisible() && !window->isMinimized() &&
+        qobject_cast<CustomPanel*>(window))
+      others += window;
+  }
+  return others;
+}
 
 } // namespace
 
@@ -64,6 +78,8 @@ ReminderDraft ReminderWindowController::thisReminder(const Reminder& reminder) {
 }
 
 void ReminderWindowController::showWindow() {
+  if (!d->form.panel->isVisible())
+    placeBeside(*d->form.panel, otherPanels(d->form.panel.get()));
   d->bringToFront();
   d->form.reminderTextView->setFocus();
   d->firesTimer.start(kFiresLineSeconds * 1000);
@@ -99,6 +115,13 @@ bool ReminderWindowController::isChanged() const {
          d->interval != opened.reminderInterval || !(d->extra == opened.reminderExtra) ||
          d->offset != opened.reminderOffset || !(d->task == opened.reminderTask) ||
          smsState() != opened.smsState || emailState() != opened.emailState;
+}
+
+void ReminderWindowController::tellDraftTrouble(const QString& why) {
+  d->draftTrouble =
+      why.isEmpty() ? QString()
+                    : QStringLiteral("What you write is not safe before you save it: %1").arg(why);
+  d->showNotice();
 }
 
 Date ReminderWindowController::reminderDate() const {

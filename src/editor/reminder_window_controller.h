@@ -51,6 +51,9 @@ class ReminderWindowController final : public QObject {
   ReminderDraft current() const;
   /// Whether anything differs from what the window was opened with.
   bool isChanged() const;
+  /// Says below the text that what is written is not safe before it is saved, and why; "" takes the
+  /// words away.
+  void tellDraftTrouble(const QString& why);
 
   // What the window holds once it was closed with its create button.
   Date reminderDate() const; // seconds cut to 0

@@ -110,6 +110,7 @@ void ReminderWindowController::Private::connectControls() {
   connect(form.smsBox, &QCheckBox::toggled, &q, [this] { noteChange(); });
   connect(form.emailBox, &QCheckBox::toggled, &q, [this] { noteChange(); });
   firesSoon.setSingleShot(true);
+  noticeStays.setSingleShot(true);
   connect(&firesSoon, &QTimer::timeout, &q, [this] { showFiring(); });
   connect(&firesTimer, &QTimer::timeout, &q, [this] { showFiring(); });
 }
@@ -117,7 +118,7 @@ void ReminderWindowController::Private::connectControls() {
 void ReminderWindowController::Private::connectText() {
   QSTextView* view = form.reminderTextView;
   connect(view, &QSTextView::textChanged, &q, [this] {
-    form.noticeLine->hide();
+    forgetNotice();
     Q_EMIT q.changed();
   });
   connect(view, &QSTextView::tabLeft, &q,
@@ -128,8 +129,7 @@ void ReminderWindowController::Private::connectText() {
   });
   connect(view, &QSTextView::refused, &q, [this](const QString& why) {
     createsWhenRead = false;
-    form.noticeLine->say(why, TonedLabel::Tone::Warning);
-    form.noticeLine->show();
+    tell(why, TonedLabel::Tone::Warning);
   });
   connect(view, &QSTextView::loadingChanged, &q, [this](bool loading) {
     if (loading || !createsWhenRead)

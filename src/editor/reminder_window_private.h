@@ -4,6 +4,7 @@
 #include "editor/reminder_form.h"
 #include "editor/reminder_questions.h"
 #include "editor/reminder_window_controller.h"
+#include "editor/toned_label.h"
 
 #include <QTimer>
 
@@ -34,8 +35,12 @@ class ReminderWindowController::Private {
 
   std::optional<Answer> ask(const Question& question);
   void bringToFront();
+  void takeKeyboardBack();
   void finish(Outcome how);
   void noteChange();
+  void tell(const QString& notice, TonedLabel::Tone tone);
+  void forgetNotice();
+  void showNotice();
   void taskChanged();
   void showFiring();
   void showRepeat();
@@ -56,6 +61,10 @@ class ReminderWindowController::Private {
   Outcome outcome = Outcome::Open;
   bool isLoading = true;
   bool isAsking = false;
+  QString notice; // of something that happened
+  TonedLabel::Tone noticeTone = TonedLabel::Tone::Plain;
+  QTimer noticeStays;           // runs while the notice is too new to go
+  QString draftTrouble;         // stays until it is over
   bool openedWithFonts = false; // the text that it was opened with states fonts
   bool createsWhenRead = false; // the create button was pressed while a picture was being read
   QTimer firesTimer;            // as time passes

@@ -24,11 +24,22 @@ bool isWithinLimit(QSize size) {
   return qint64(size.width()) * size.height() <= kMostPicturePixels;
 }
 
+/// Lets Qt decode whatever is within our own limit; its default ends at a quarter of that.
+void allowWholePictures() {
+  constexpr qint64 kBytesPerPixel = 4;
+  static const bool isDone = [] {
+    QImageReader::setAllocationLimit(int(kMostPicturePixels * kBytesPerPixel / (1024 * 1024)));
+    return true;
+  }();
+  Q_UNUSED(isDone)
+}
+
 /// A reader of contents that has looked at the header.
 class Reader {
  public:
   explicit Reader(const QByteArray& contents)
       : m_hasTooManyBytes(contents.size() > kMostPictureBytes) {
+    allowWholePictures();
     m_buffer.setData(contents);
     m_buffer.open(QIODevice::ReadOnly);
     m_reader.setDevice(&m_buffer);

@@ -13,7 +13,7 @@ namespace tockwise {
 /// No picture in a text is wider than the lesser of this and 95 % of the frame (pixels).
 inline constexpr double kWidestPicture = 300.0;
 /// What is read into memory to be scaled: more is not decoded whole.
-inline constexpr qint64 kMostPicturePixels = 200'000'000;
+inline constexpr qint64 kMostPicturePixels = 128LL * 1024 * 1024;
 inline constexpr qint64 kMostPictureBytes = qint64(64) * 1024 * 1024;
 
 /// Draws image into a new one of size, scaled by the smaller of the two ratios and centred; what

@@ -276,10 +276,18 @@ bool QSTextView::viewportEvent(QEvent* event) {
 }
 
 void QSTextView::keyPressEvent(QKeyEvent* event) {
+  // A key that moves the cursor nowhere, End at the end, brings the format before it back in
+  // silence.
+  keepTypingPlain(*this);
   if (d->leave(*event) || d->editList(*event))
     event->accept();
   else
     QTextEdit::keyPressEvent(event);
+}
+
+void QSTextView::inputMethodEvent(QInputMethodEvent* event) {
+  keepTypingPlain(*this);
+  QTextEdit::inputMethodEvent(event);
 }
 
 void QSTextView::dropEvent(QDropEvent* event) {

@@ -61,6 +61,7 @@ class QSTextView final : public QTextEdit {
   bool event(QEvent* event) override;
   bool viewportEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
   void dropEvent(QDropEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;

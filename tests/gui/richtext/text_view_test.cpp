@@ -166,6 +166,22 @@ class TextViewTest : public QObject {
     QVERIFY(!text.runs[1].attributes.color);
   }
 
+  void textAfterALinkIsNotPartOfItWhenNothingMovedBetween() {
+    ShownView shown;
+    shown.view.setText(linkText(QStringLiteral("link"), QStringLiteral("https://example.org")));
+    shown.moveTo(4);
+    QTest::keyClick(&shown.view, Qt::Key_End);
+    shown.type(QStringLiteral(" on"));
+    QCOMPARE(shown.view.text().runs.at(0).length, 4);
+    shown.view.setText(linkText(QStringLiteral("link"), QStringLiteral("https://example.org")));
+    shown.moveTo(4);
+    QTest::keyClick(&shown.view, Qt::Key_End);
+    QInputMethodEvent composed;
+    composed.setCommitString(QStringLiteral("\u00e9"));
+    QApplication::sendEvent(&shown.view, &composed);
+    QCOMPARE(shown.view.text().runs.at(0).length, 4);
+  }
+
   void textWithinALinkIsPartOfIt() {
     ShownView shown;
     shown.view.setText(linkText(QStringLiteral("link"), QStringLiteral("https://example.org")));

@@ -30,6 +30,7 @@ class FakeEditor final : public ReminderEditor {
   void showWindow() override { ++timesShown; }
   ReminderDraft current() const override { return now; }
   bool isChanged() const override { return !(now == opened); }
+  void tellDraftTrouble(const QString& why) override { troubles += why; }
   End end() const override { return m_end; }
   ReminderDraft result() const override { return now; }
 
@@ -45,6 +46,7 @@ class FakeEditor final : public ReminderEditor {
   ReminderDraft opened;
   ReminderDraft now;
   int timesShown = 0;
+  QStringList troubles;
 
  private:
   End m_end = End::Cancelled;
@@ -456,18 +458,39 @@ class ReminderEditingTest : public QObject {
     QTRY_COMPARE(draftFiles().size(), 1);
   }
 
-  void theDraftStaysUntilTheQueueIsSaved() {
+  void theEditorSaysThatItsDraftCannotBeKept() {
     Session& session = *m_session;
+    session.editing.newReminder();
+    QVERIFY(QDir().mkpath(QFileInfo(DraftStore::folderOfUser()).path()));
+    QFile obstacle(DraftStore::folderOfUser());
+    QVERIFY(obstacle.open(QIODevice::WriteOnly));
+    session.editor().write("Tea");
+    session.editing.keepDrafts();
+    QCOMPARE(session.editor().troubles.size(), 1);
+    QVERIFY(!session.editor().troubles.front().isEmpty());
+    QVERIFY(obstacle.remove());
+    QTRY_COMPARE(session.editor().troubles.size(), 2);
+    QCOMPARE(session.editor().troubles.back(), QString());
+    session.editor().write("Green tea");
+    session.editing.keepDrafts();
+    QCOMPARE(session.editor().troubles.size(), 2);
+  }
+
+  void theDraftStaysUntilTheQueueIsSaved() {
+    Session& session = restart(1h);
     session.editing.newReminder();
     session.editor().write("Tea");
     session.editing.keepDrafts();
+    session.editor().write("Green tea"); // not kept yet
     const QString obstacle = PreferencesStore::Paths::ofUser().file + text(".writing");
     QVERIFY(QDir().mkpath(obstacle));
     session.editor().close(ReminderEditor::End::Created);
     QVERIFY(!session.store->preferences().isSaved());
-    QCOMPARE(draftFiles().size(), 1);
+    QCOMPARE(DraftStore(DraftStore::folderOfUser()).kept().front().reminderText, text("Green tea"));
     QVERIFY(QDir().rmdir(obstacle));
     session.store->saveDefaults();
+    session.editing.newReminder();
+    session.editor().close(ReminderEditor::End::Cancelled);
     QTRY_COMPARE(draftFiles().size(), 0);
   }
 };

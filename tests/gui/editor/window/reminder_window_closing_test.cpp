@@ -303,6 +303,42 @@ class ReminderWindowClosingTest : public QObject {
     QVERIFY(!desk.isOpen());
   }
 
+  void theKeyboardComesBackFromAQuestion() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    QWidget alert;
+    desk.prompter.answers = {kNo};
+    desk.prompter.meanwhile = [&] {
+      alert.show();
+      alert.activateWindow();
+      QVERIFY(QTest::qWaitForWindowActive(&alert));
+    };
+    desk.click("cancelButton");
+    QVERIFY(desk.isOpen());
+    QTRY_VERIFY(desk.panel()->isActiveWindow());
+  }
+
+  void theKeyboardComesBackFromTheWindowsAbove_data() {
+    QTest::addColumn<QByteArray>("name");
+    QTest::newRow("options") << QByteArray("optionsButton");
+    QTest::newRow("task") << QByteArray("taskButton");
+  }
+
+  void theKeyboardComesBackFromTheWindowsAbove() {
+    QFETCH(QByteArray, name);
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    QTest::mouseClick(desk.button(name.constData()), Qt::LeftButton);
+    auto* above = desk.panel()->findChild<QDialog*>();
+    QVERIFY(above);
+    QWidget alert;
+    alert.show();
+    alert.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&alert));
+    above->reject();
+    QTRY_VERIFY(desk.panel()->isActiveWindow());
+  }
+
   void nothingElseIsAskedWhileAQuestionIsOpen() {
     ReminderWindowFixture desk;
     desk.openEditing();

@@ -330,6 +330,39 @@ class ReminderWindowTest : public QObject {
     QCOMPARE(desk.openedURLs, QList<QUrl>{QUrl(QStringLiteral("https://example.org/"))});
   }
 
+  void linesAreQuietInADarkTheme() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    QPalette dark = desk.panel()->palette(); // its light and shadow stay those of a light theme
+    dark.setColor(QPalette::Window, QColor(42, 46, 50));
+    dark.setColor(QPalette::WindowText, Qt::white);
+    dark.setColor(QPalette::Light, Qt::white);
+    desk.panel()->setPalette(dark);
+    auto* line = desk.control<QWidget>("lowerLine");
+    QCOMPARE(line->height(), 1);
+    const QColor drawn = line->grab().toImage().pixelColor(line->width() / 2, 0);
+    QVERIFY(drawn.lightness() > 60);
+    QVERIFY(drawn.lightness() < 128);
+  }
+
+  void severalWindowsDoNotHideEachOther() {
+    ReminderWindowFixture first;
+    ReminderWindowFixture second;
+    ReminderWindowFixture third;
+    for (ReminderWindowFixture* desk : {&first, &second, &third})
+      desk->openWritten();
+    const auto distance = [](const ReminderWindowFixture& a, const ReminderWindowFixture& b) {
+      return (a.panel()->pos() - b.panel()->pos()).manhattanLength();
+    };
+    QVERIFY(distance(first, second) > 20);
+    QVERIFY(distance(second, third) > 20);
+    QVERIFY(distance(first, third) > 20);
+    // A window that is open already stays where the user put it.
+    second.panel()->move(first.panel()->pos());
+    second.controller->showWindow();
+    QCOMPARE(second.panel()->pos(), first.panel()->pos());
+  }
+
   void whatTheTextRefusesIsSaid() {
     ReminderWindowFixture desk;
     desk.openWritten();
@@ -337,7 +370,23 @@ class ReminderWindowTest : public QObject {
     Q_EMIT desk.text()->refused(QStringLiteral("<b>a.png</b> is too large"));
     QCOMPARE(desk.line("noticeLine")->text(), QStringLiteral("<b>a.png</b> is too large"));
     QVERIFY(desk.line("noticeLine")->isVisible());
+    // Whoever goes on writing can still read it; then it goes.
     QTest::keyClicks(desk.text(), QStringLiteral("x"));
+    QVERIFY(desk.line("noticeLine")->isVisible());
+    QVERIFY(QTest::qWaitFor([&] {
+      QTest::keyClicks(desk.text(), QStringLiteral("x"));
+      return desk.line("noticeLine")->isHidden();
+    }));
+  }
+
+  void troubleWithTheDraftIsSaidUntilItIsOver() {
+    ReminderWindowFixture desk;
+    desk.openWritten();
+    desk.controller->tellDraftTrouble(QStringLiteral("no space left"));
+    QTest::keyClicks(desk.text(), QStringLiteral("x"));
+    QVERIFY(desk.line("noticeLine")->isVisible());
+    QVERIFY(desk.line("noticeLine")->text().endsWith(QStringLiteral(": no space left")));
+    desk.controller->tellDraftTrouble({});
     QVERIFY(desk.line("noticeLine")->isHidden());
   }
 };
