@@ -13,6 +13,7 @@
 #include "platform/logind_power_events.h"
 #include "platform/message_prompter.h"
 #include "platform/process_script_host.h"
+#include "platform/termination_signals.h"
 #include "platform/time/timerfd_wake_timer.h"
 
 #include <QApplication>
@@ -141,6 +142,10 @@ int runApplication(int argc, char** argv) {
   if (claimBusName(root) == Instance::Second) // the holder of the store is us, so this is strange
     logLine(QStringLiteral("another program has the name %1").arg(busName()));
   QObject::connect(&application, &QCoreApplication::aboutToQuit, &root, leaveBus);
+  const TerminationSignals termination;
+  // Not quit(), which an open editor or question would refuse: drafts are kept, scripts ended.
+  QObject::connect(&termination, &TerminationSignals::received, &application,
+                   [] { QCoreApplication::exit(); });
   controller.start();
   return QApplication::exec();
 }

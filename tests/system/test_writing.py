@@ -174,6 +174,22 @@ class WritingFromPanel(Editors, SystemTest):
         self.wait_for_signal(signals, "AlertClosed")
         self.assertTrue(self.editor())
 
+    def test_what_was_being_written_when_the_session_ended_is_offered_again(self):
+        self.open_editor()
+        self.session.desktop.type("the last words")
+        self.wait_for(lambda: "the last words" in self.drafts(), "a draft")
+        self.session.desktop.type(" of all")
+        self.session.desktop.press("Escape")  # the end comes while a question is open, too
+        self.session.application.terminate()
+        self.assertEqual(self.session.wait_for_end(), 0)
+        self.assertEqual(self.drafts(), ["the last words of all"])
+
+    def drafts(self):
+        """The texts of the drafts on the disk."""
+        folder = self.session.home / ".local/state/tockwise/drafts"
+        return [plistlib.loads(path.read_bytes())["reminderText"]
+                for path in (folder.glob("*.plist") if folder.is_dir() else ())]
+
     def test_what_was_being_written_when_the_program_was_killed_is_offered_again(self):
         self.open_editor()
         self.session.desktop.type("half a thought")
