@@ -346,7 +346,7 @@ class ReminderEditingTest : public QObject {
     session.editing.newReminder();
     session.editor().write("Tea");
     session.editing.newReminder(); // unchanged
-    QVERIFY(QMetaObject::invokeMethod(qApp, "aboutToQuit"));
+    QVERIFY(QMetaObject::invokeMethod(QCoreApplication::instance(), "aboutToQuit"));
     QCOMPARE(draftFiles().size(), 1);
     session.editor().write("Green tea");
     QCOMPARE(restart(1h).editing.reminderWindows().size(), size_t(0));
