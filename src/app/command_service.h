@@ -21,7 +21,8 @@ class CommandService {
   CommandService(ReminderStore& store, std::function<void()> onChanged);
 
   /// Appends a reminder as "New Reminder..." does, its recent entry included; returns its UUID.
-  /// options: see reminder_options.h; exactly one of "at" and "in". With "rich" text does not count.
+  /// options: see reminder_options.h; exactly one of "at" and "in". With "rich" text does not
+  /// count.
   Result<QString> add(const QString& text, const QVariantMap& options);
   /// The queue in its order.
   QJsonArray list() const;

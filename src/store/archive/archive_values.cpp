@@ -135,8 +135,8 @@ std::optional<double> realAt(const KeyedArchive& archive, Uid uid) {
 std::optional<bool> booleanAt(const KeyedArchive& archive, Uid uid) {
   if (archive.kind(uid) == Kind::Boolean)
     return archive.list().boolean(archive.ref(uid));
-  const auto value = archive.isKindOf(uid, u"NSNumber") ? archive.field(uid, u"NS.boolval")
-                                                        : std::optional<Ref>();
+  const auto value =
+      archive.isKindOf(uid, u"NSNumber") ? archive.field(uid, u"NS.boolval") : std::optional<Ref>();
   if (!value || archive.list().kind(*value) != Kind::Boolean)
     return std::nullopt;
   return archive.list().boolean(*value);

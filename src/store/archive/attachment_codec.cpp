@@ -18,8 +18,7 @@ std::optional<FileWrapper> wrapperOf(const KeyedArchive& archive, KeyedArchive::
 
 } // namespace
 
-std::optional<TextAttachment> decodeAttachment(const KeyedArchive& archive,
-                                               KeyedArchive::Uid uid) {
+std::optional<TextAttachment> decodeAttachment(const KeyedArchive& archive, KeyedArchive::Uid uid) {
   if (!archive.isKindOf(uid, u"NSTextAttachment") && !archive.field(uid, u"NSFileWrapper"))
     return std::nullopt;
   TextAttachment attachment;

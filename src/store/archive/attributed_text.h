@@ -32,7 +32,7 @@ struct TextColor {
 };
 
 struct TextTab {
-  double location = 0; // points
+  double location = 0;  // points
   qint64 alignment = 0; // as TextAlignment: of the text at the tab
   ArchiveObject original;
   friend bool operator==(const TextTab&, const TextTab&) = default;
@@ -80,7 +80,7 @@ struct TextAttributes {
   std::optional<TextFont> font;
   std::optional<TextColor> color;
   std::optional<TextColor> background;
-  std::optional<qint64> underline; // 0 none, 1 single, 2 thick, 9 double, with pattern bits
+  std::optional<qint64> underline;     // 0 none, 1 single, 2 thick, 9 double, with pattern bits
   std::optional<qint64> strikethrough; // likewise
   std::optional<qint64> superscript;   // above 0 raised, below 0 lowered
   std::optional<QString> link;         // as stored: any scheme, perhaps none

@@ -124,8 +124,9 @@ std::optional<TextColor> decodeShown(const KeyedArchive& archive, Uid uid, int f
 
 void appendComponent(QByteArray& to, quint32 byte) {
   std::array<char, 32> digits{};
-  const auto written = std::to_chars(digits.data(), digits.data() + digits.size(),
-                                     double(byte & 0xFF) / 255, std::chars_format::general, kDigits);
+  const auto written =
+      std::to_chars(digits.data(), digits.data() + digits.size(), double(byte & 0xFF) / 255,
+                    std::chars_format::general, kDigits);
   if (!to.isEmpty())
     to += ' ';
   to.append(digits.data(), written.ptr - digits.data());

@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kSmallest = 0.5;
 constexpr double kLargest = 2000;
-constexpr double kUnstated = 12;    // what a font without a size is shown in
+constexpr double kUnstated = 12;      // what a font without a size is shown in
 constexpr qint64 kOrdinaryFlags = 16; // of a text font, as opposed to one of the system's roles
 
 } // namespace

@@ -9,7 +9,7 @@
 namespace tockwise {
 
 struct RunEntry {
-  quint32 length = 0; // UTF-16 units
+  quint32 length = 0;     // UTF-16 units
   quint32 attributes = 0; // index of the dictionary
   friend bool operator==(const RunEntry&, const RunEntry&) = default;
 };
