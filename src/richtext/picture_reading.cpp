@@ -27,8 +27,9 @@ bool isWithinLimit(QSize size) {
 /// Lets Qt decode whatever is within our own limit; its default ends at a quarter of that.
 void allowWholePictures() {
   constexpr qint64 kBytesPerPixel = 4;
+  constexpr qint64 kMegabyte = 1 << 20;
   static const bool isDone = [] {
-    QImageReader::setAllocationLimit(int(kMostPicturePixels * kBytesPerPixel / (1024 * 1024)));
+    QImageReader::setAllocationLimit(int(kMostPicturePixels * kBytesPerPixel / kMegabyte));
     return true;
   }();
   Q_UNUSED(isDone)
