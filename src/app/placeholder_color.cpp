@@ -1,41 +1,25 @@
 #include "app/placeholder_color.h"
 
+#include "alerts/alert_look.h"
+
 #include <QApplication>
 #include <QEvent>
-
-#include <algorithm>
-#include <cmath>
 
 namespace tockwise {
 namespace {
 
 constexpr double kLeastContrast = 2.0; // such words are quiet: less than what text needs
 
-double luminance(const QColor& color) {
-  const auto linear = [](double part) {
-    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-         0.0722 * linear(color.blueF());
-}
-
-QColor laidOver(const QColor& ground, const QColor& ink) {
-  const float part = ink.alphaF();
-  const auto mixed = [part](float a, float b) { return a * part + b * (1 - part); };
-  return QColor::fromRgbF(mixed(ink.redF(), ground.redF()), mixed(ink.greenF(), ground.greenF()),
-                          mixed(ink.blueF(), ground.blueF()));
-}
-
-double contrast(const QColor& ground, const QColor& ink) {
-  const auto [dark, light] = std::minmax({luminance(ground), luminance(laidOver(ground, ink))});
-  return (light + 0.05) / (dark + 0.05);
+// A colour that lets the ground through is told from it as far as it covers it.
+double contrastOn(const QColor& ground, const QColor& ink) {
+  return contrast(ground, mixed(ink, ground, ink.alphaF()));
 }
 
 } // namespace
 
 QColor placeholderColor(const QPalette& palette) {
   const QColor own = palette.color(QPalette::Active, QPalette::PlaceholderText);
-  if (contrast(palette.color(QPalette::Active, QPalette::Base), own) >= kLeastContrast)
+  if (contrastOn(palette.color(QPalette::Active, QPalette::Base), own) >= kLeastContrast)
     return own;
   QColor half = palette.color(QPalette::Active, QPalette::Text);
   half.setAlphaF(0.5F);

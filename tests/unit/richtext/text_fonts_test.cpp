@@ -129,8 +129,7 @@ class TextFontsTest : public QObject {
   void fontsOfThisMachineAreFoundByTheirNames() {
     for (const QString& family :
          {text("DejaVu Sans"), text("DejaVu Sans Mono"), text("DejaVu Serif")}) {
-      if (!QFontDatabase::hasFamily(family))
-        QSKIP("The DejaVu fonts are not installed");
+      QVERIFY2(QFontDatabase::hasFamily(family), "fonts-dejavu-core is not installed");
       const QFont font = fontFor(postScriptName({family, QFont::Bold, false}), 11);
       QCOMPARE(font.families(), QStringList{family});
       QCOMPARE(font.weight(), int(QFont::Bold));
@@ -152,8 +151,8 @@ class TextFontsTest : public QObject {
   }
 
   void metricCompatibleFontsArePreferred() {
-    if (!QFontDatabase::families().join(u',').contains(u"Nimbus Sans"))
-      QSKIP("The URW fonts are not installed");
+    QVERIFY2(QFontDatabase::families().join(u',').contains(u"Nimbus Sans"),
+             "fonts-urw-base35 is not installed");
     QCOMPARE(fontFor(text("HelveticaNeue"), 12).families(), QStringList{text("Nimbus Sans")});
     QCOMPARE(fontFor(text("Times-Roman"), 12).families(), QStringList{text("Nimbus Roman")});
     QCOMPARE(fontFor(text("Courier"), 12).families(), QStringList{text("Nimbus Mono PS")});
