@@ -1,6 +1,7 @@
 #include "app/app_controller.h"
 
 #include "app/alert_commands.h"
+#include "app/desktop_facts.h"
 #include "app/menu_operations.h"
 #include "app/menu_source.h"
 #include "app/store_messages.h"
@@ -65,10 +66,19 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
       m_commands(*m_store, [this] { changed(); }),
       m_tray([this] { return currentMenuInput(&m_richTitles); }),
       m_noTrayHint(m_tray, m_store->preferences(), *m_ports.prompter),
+      m_keptAlerts(m_alerts, KeptAlerts::pathOfUser()),
+      m_postAlert(*m_ports.notificationCentre, m_store->clock()),
+      m_documents({*m_store, *m_ports.prompter, [this] { m_alerts.hideAllCurrentAlerts(); },
+                   [this] { m_alerts.showAllCurrentAlerts(); }}),
+      m_printing(*m_store, m_alerts, [this](bool hold) { m_tickTimer.hold(hold); }),
+      m_hotKeyActions(*m_ports.hotKeys, m_store->preferences()),
+      m_passwordKeeping(m_store->preferences(), *m_ports.secretStore),
+      m_mailBeat(m_store->preferences()),
       m_storeWatch(m_store->preferences().paths().file) {
   m_alerts.setReminderRemover(&m_removeReminder);
   m_sounds.buildSoundList();
   connectAll();
+  connectDesktop();
 }
 
 AppController::~AppController() = default;
@@ -100,10 +110,27 @@ void AppController::connectAll() {
   preferences.onChangedByOthers = [this] { changed(); };
 }
 
+void AppController::connectDesktop() {
+  connect(&m_documents, &RemindersDocuments::changed, this, &AppController::dataChanged);
+  connect(&m_hotKeyActions, &HotKeyActions::operationChosen, this,
+          [this](const QString& operation) {
+            MenuActivation activation;
+            activation.action = operation;
+            perform(activation);
+          });
+  connect(&m_passwordKeeping, &PasswordKeeping::changed, this, [this] {
+    if (m_preferenceWindow)
+      m_preferenceWindow->settingsChanged();
+  });
+}
+
 void AppController::start() {
   m_tray.start();
   m_tickTimer.start();
   m_noTrayHint.start();
+  m_keptAlerts.restore();
+  m_mailBeat.start();
+  m_passwordKeeping.start();
   tellNotice(m_store->loadReport());
   if (const auto& failure = m_store->preferences().writeFailure())
     tellWriteFailure(*failure);
@@ -128,6 +155,8 @@ void AppController::dataChanged() {
 void AppController::changed() {
   m_announcing = true;
   m_tickTimer.poke();
+  if (m_preferenceWindow)
+    m_preferenceWindow->settingsChanged();
 }
 
 // What can be seen of the program's state, brought up to date; whoever shows it compares first.
@@ -135,6 +164,7 @@ void AppController::showState() {
   m_tray.setClockOption(m_store->preferences().integer(QStringLiteral("clockoption")));
   m_tray.setStatusTitle(statusTitle(0, m_alerts.count()));
   m_tray.refresh();
+  m_hotKeyActions.follow();
   announce();
 }
 
@@ -236,6 +266,55 @@ void AppController::quitNow() {
 
 void AppController::remindAgain(const RemindAgainRequest& request) {
   m_editing.remindAgain(request.reminderMessage, request.reminderRTFData);
+}
+
+PreferenceSurroundings AppController::preferenceSurroundings() {
+  return {m_store->preferences(),
+          *m_ports.prompter,
+          *m_ports.soundPlayer,
+          *m_ports.hotKeys,
+          *m_ports.loginItems,
+          m_mailBeat,
+          m_sounds.sounds(),
+          [this](const QString& name) { return m_sounds.pathOfSound(name); },
+          [this] { return m_passwordKeeping.hint(); },
+          [this] { return desktopChecks(); }};
+}
+
+PreferenceWindowController& AppController::preferenceWindow() {
+  if (!m_preferenceWindow) {
+    m_preferenceWindow = std::make_unique<PreferenceWindowController>(preferenceSurroundings());
+    connect(m_preferenceWindow.get(), &PreferenceWindowController::settingsWritten, this,
+            &AppController::changed);
+    connect(m_preferenceWindow.get(), &PreferenceWindowController::changeClockIcon, &m_tray,
+            &TrayController::setClockOption);
+  }
+  return *m_preferenceWindow;
+}
+
+void AppController::prefs() {
+  preferenceWindow().prefs();
+}
+
+void AppController::importCalendarEventsPrefs() {
+  m_ports.prompter->ask(
+      {QStringLiteral("No calendar is connected."),
+       QStringLiteral("This version of Tockwise does not import calendar events."),
+       {QStringLiteral("OK")},
+       0,
+       0});
+}
+
+std::vector<DesktopCheck> AppController::desktopChecks() {
+  DesktopFacts facts = desktopFacts(*m_store, *m_ports.loginItems);
+  facts.applicationRuns = true;
+  facts.trayHost = m_tray.hasTray();
+  facts.hotKeysAvailable = m_ports.hotKeys->isAvailable();
+  facts.hotKeysDetail = m_ports.hotKeys->detail();
+  for (const HotKey key : kHotKeys)
+    facts.hotKeys[int(key) - 1] = m_ports.hotKeys->state(key);
+  facts.secretStore = m_ports.secretStore->state();
+  return diagnose(facts);
 }
 
 // What became of it is in the log.

@@ -2,25 +2,34 @@
 // connects them. A rule, a text or a loop over reminders in here is in the wrong place.
 #pragma once
 
+#include "alerts/alert_panel_controller.h"
 #include "alerts/alert_sounds.h"
 #include "alerts/alert_windows.h"
+#include "alerts/kept_alerts.h"
+#include "alerts/post_alert.h"
 #include "alerts/quit_question.h"
 #include "alerts/remove_reminder.h"
 #include "app/command_service.h"
+#include "app/hot_key_actions.h"
 #include "app/no_tray_hint.h"
+#include "app/password_keeping.h"
 #include "app/ports.h"
 #include "app/store_watch.h"
+#include "documents/reminders_documents.h"
 #include "editor/reminder_editing.h"
 #include "editor/running_scripts_window.h"
 #include "engine/firing.h"
 #include "engine/task_runner.h"
 #include "engine/tick.h"
 #include "engine/tick_timer.h"
+#include "mail/mail_beat.h"
 #include "menu/menu_actions.h"
 #include "menu/menu_item.h"
 #include "menu/rich_titles.h"
 #include "menu/sort/queue_sort.h"
 #include "menu/ui/tray_controller.h"
+#include "prefs/ui/preference_window_controller.h"
+#include "print/printing.h"
 
 #include <QJsonArray>
 #include <QObject>
@@ -46,6 +55,8 @@ class AppController final : public QObject, private FiringActions {
   QJsonArray alertsJson() const;
   AlertWindows& alerts() { return m_alerts; }
   ReminderEditing& editing() { return m_editing; }
+  RemindersDocuments& documents() { return m_documents; }
+  Printing& printing() { return m_printing; }
   Prompter& prompter() { return *m_ports.prompter; }
   void showMenu();
 
@@ -61,6 +72,12 @@ class AppController final : public QObject, private FiringActions {
   void clearQueue();
   void deleteMenuItem(const QString& reminderUUID);
   void copyMenuItem(const QString& reminderUUID);
+  /// The preferences window.
+  void prefs();
+  /// Says that no calendar is connected.
+  void importCalendarEventsPrefs();
+  /// What works on this desktop.
+  std::vector<DesktopCheck> desktopChecks();
 
   /// Whether the program may end now, after its question. Runs the event loop while it is open.
   bool mayQuit(QuitMode mode);
@@ -95,6 +112,9 @@ class AppController final : public QObject, private FiringActions {
   void tellWriteFailure(const Error& error);
   void showState();
   void remindAgain(const RemindAgainRequest& request);
+  void connectDesktop();
+  PreferenceSurroundings preferenceSurroundings();
+  PreferenceWindowController& preferenceWindow();
 
   std::unique_ptr<ReminderStore> m_store;
   Ports m_ports;
@@ -114,6 +134,15 @@ class AppController final : public QObject, private FiringActions {
   CommandService m_commands;
   TrayController m_tray;
   NoTrayHint m_noTrayHint;
+  KeptAlerts m_keptAlerts;
+  AlertPanels m_alertPanels;
+  PostAlert m_postAlert;
+  RemindersDocuments m_documents;
+  Printing m_printing;
+  HotKeyActions m_hotKeyActions;
+  PasswordKeeping m_passwordKeeping;
+  MailBeat m_mailBeat;
+  std::unique_ptr<PreferenceWindowController> m_preferenceWindow; // made when it is first shown
   StoreWatch m_storeWatch;
   QTimer m_saveSoon;
   quint64 m_announcedRevision = 0;

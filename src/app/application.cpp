@@ -7,12 +7,16 @@
 #include "app/placeholder_color.h"
 #include "base/log.h"
 #include "menu/ui/clock_icon.h"
+#include "platform/autostart_login_items.h"
 #include "platform/canberra_sound_player.h"
 #include "platform/clipboard_pasteboard.h"
+#include "platform/desktop_notification_centre.h"
 #include "platform/desktop_workspace.h"
+#include "platform/hotkeys/desktop_hot_keys.h"
 #include "platform/logind_power_events.h"
 #include "platform/message_prompter.h"
 #include "platform/process_script_host.h"
+#include "platform/secrets/keychain_secret_store.h"
 #include "platform/termination_signals.h"
 #include "platform/time/timerfd_wake_timer.h"
 
@@ -98,10 +102,17 @@ std::optional<Result<std::unique_ptr<ReminderStore>>> openStore(const Clock& clo
 }
 
 Ports linuxPorts(const Clock& clock) {
-  return {std::make_unique<MessagePrompter>(),    std::make_unique<CanberraSoundPlayer>(),
-          std::make_unique<LogindPowerEvents>(),  std::make_unique<TimerfdWakeTimer>(),
-          std::make_unique<DesktopWorkspace>(),   std::make_unique<ProcessScriptHost>(clock),
-          std::make_unique<ClipboardPasteboard>()};
+  return {std::make_unique<MessagePrompter>(),
+          std::make_unique<CanberraSoundPlayer>(),
+          std::make_unique<LogindPowerEvents>(),
+          std::make_unique<TimerfdWakeTimer>(),
+          std::make_unique<DesktopWorkspace>(),
+          std::make_unique<ProcessScriptHost>(clock),
+          std::make_unique<ClipboardPasteboard>(),
+          desktopHotKeys(),
+          std::make_unique<AutostartLoginItems>(AutostartLoginItems::ofUser()),
+          std::make_unique<DesktopNotificationCentre>(),
+          std::make_unique<KeychainSecretStore>()};
 }
 
 // Qt ends the program with a core dump where it finds no display.

@@ -34,6 +34,16 @@ constexpr Operation kOperations[] = {
      [](Controller& controller, const Chosen& chosen) {
        controller.editing().showReminder(chosen.reminderUUID);
      }},
+    {u"prefs", [](Controller& controller, const Chosen&) { controller.prefs(); }},
+    {u"importCalendarEventsPrefs",
+     [](Controller& controller, const Chosen&) { controller.importCalendarEventsPrefs(); }},
+    {u"selItemSaveReminders",
+     [](Controller& controller, const Chosen&) { controller.documents().selItemSaveReminders(); }},
+    {u"selItemOpenReminders",
+     [](Controller& controller, const Chosen&) { controller.documents().selItemOpenReminders(); }},
+    {u"print", [](Controller& controller, const Chosen&) { controller.printing().print(); }},
+    {u"printAllCurrentAlerts",
+     [](Controller& controller, const Chosen&) { controller.printing().printAllCurrentAlerts(); }},
     {u"deleteMenuItem",
      [](Controller& controller, const Chosen& chosen) {
        controller.deleteMenuItem(chosen.reminderUUID);

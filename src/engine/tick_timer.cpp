@@ -102,4 +102,6 @@ void TickTimer::endHold(int hold) {
   tickNow();
 }
 
+void TickTimer::hold(bool) {}
+
 } // namespace tockwise

@@ -45,6 +45,8 @@ class TickTimer final : public QObject {
 
   /// On while a menu is open or a count on the icon changes: a tick at every whole second.
   void setEverySecond(bool on);
+  /// On while nothing may tick (a print preview is open); off ticks at once.
+  void hold(bool on);
 
  Q_SIGNALS:
   /// A tick has run; what is shown may be refreshed.

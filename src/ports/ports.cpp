@@ -1,7 +1,11 @@
 // The meta objects of the ports.
+#include "ports/hot_keys.h"
+#include "ports/login_items.h"
+#include "ports/notification_centre.h"
 #include "ports/power_events.h"
 #include "ports/prompter.h"
 #include "ports/script_host.h"
+#include "ports/secret_store.h"
 #include "ports/sound_player.h"
 #include "ports/wake_timer.h"
 #include "ports/workspace.h"

@@ -2,15 +2,20 @@
 #pragma once
 
 #include "engine/firing.h"
+#include "ports/hot_keys.h"
+#include "ports/login_items.h"
+#include "ports/notification_centre.h"
 #include "ports/power_events.h"
 #include "ports/prompter.h"
 #include "ports/script_host.h"
+#include "ports/secret_store.h"
 #include "ports/sound_player.h"
 #include "ports/wake_timer.h"
 #include "ports/workspace.h"
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -123,6 +128,87 @@ class FakeScriptHost final : public ScriptHost {
 
  private:
   quint64 m_lastId = 0;
+};
+
+/// Keys that the test presses.
+class FakeHotKeys final : public HotKeys {
+ public:
+  bool available = true;
+  bool registered = false;
+  int registrations = 0;
+  State whenRegistered = State::Registered;
+  bool isAvailable() const override { return available; }
+  void registerHotKeys() override {
+    registrations += registered ? 0 : 1;
+    registered = true;
+    Q_EMIT stateChanged();
+  }
+  void unregisterHotKeys() override {
+    registered = false;
+    Q_EMIT stateChanged();
+  }
+  State state(HotKey) const override {
+    if (!available)
+      return State::NotAvailable;
+    return registered ? whenRegistered : State::Off;
+  }
+  QString detail() const override { return QStringLiteral("fake"); }
+  void press(int number) { Q_EMIT pressed(number); }
+};
+
+class FakeLoginItems final : public LoginItems {
+ public:
+  bool present = false;
+  QStringList calls; // "add", "remove"
+  std::optional<Error> failure;
+  bool isPresent() const override { return present; }
+  Result<void> add() override { return change(QStringLiteral("add"), true); }
+  Result<void> remove() override { return change(QStringLiteral("remove"), false); }
+
+ private:
+  Result<void> change(const QString& call, bool now) {
+    calls += call;
+    if (failure)
+      return *failure;
+    present = now;
+    return {};
+  }
+};
+
+class FakeNotificationCentre final : public NotificationCentre {
+ public:
+  std::vector<UserNotification> scheduled; // number n stands at n - 1
+  std::vector<quint64> removed;
+  bool isAvailable() const override { return true; }
+  quint64 schedule(const UserNotification& notification) override {
+    scheduled.push_back(notification);
+    return scheduled.size();
+  }
+  void removeDelivered(quint64 number) override { removed.push_back(number); }
+  void click(quint64 number) { Q_EMIT didActivate(number); }
+};
+
+/// Answers at once.
+class FakeSecretStore final : public SecretStore {
+ public:
+  State now = State::Available;
+  std::map<QString, QString> secrets;
+  State state() const override { return now; }
+  void read(const QString& key, std::function<void(bool, std::optional<QString>)> answer) override {
+    const auto found = secrets.find(key);
+    const bool ok = now == State::Available;
+    answer(ok, ok && found != secrets.end() ? std::optional(found->second) : std::nullopt);
+  }
+  void write(const QString& key, const QString& secret, std::function<void(bool)> answer) override {
+    if (now == State::Available)
+      secrets[key] = secret;
+    answer(now == State::Available);
+  }
+  void remove(const QString& key, std::function<void(bool)> answer) override {
+    if (now == State::Available)
+      secrets.erase(key);
+    answer(now == State::Available);
+  }
 };
 
 class RecordingFiringActions final : public FiringActions {

@@ -71,9 +71,11 @@ class AppControllerTest : public QObject {
     m_pasteboard = pasteboard.get();
     m_store = store->get();
     m_controller = std::make_unique<AppController>(
-        std::move(*store), Ports{std::move(prompter), std::move(sounds),
-                                 std::make_unique<FakePowerEvents>(), std::move(wakeTimer),
-                                 std::move(workspace), std::move(scripts), std::move(pasteboard)});
+        std::move(*store),
+        Ports{std::move(prompter), std::move(sounds), std::make_unique<FakePowerEvents>(),
+              std::move(wakeTimer), std::move(workspace), std::move(scripts), std::move(pasteboard),
+              std::make_unique<FakeHotKeys>(), std::make_unique<FakeLoginItems>(),
+              std::make_unique<FakeNotificationCentre>(), std::make_unique<FakeSecretStore>()});
     m_controller->start();
   }
   void cleanup() {

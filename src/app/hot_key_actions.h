@@ -1,0 +1,25 @@
+// The hot keys at work: registered as the setting says, each doing its operation.
+#pragma once
+
+#include "ports/hot_keys.h"
+#include "store/settings.h"
+
+#include <QObject>
+
+namespace tockwise {
+
+/// Main thread. The references must outlive it.
+class HotKeyActions final : public QObject {
+  Q_OBJECT
+ public:
+  HotKeyActions(HotKeys& hotKeys, const Settings& settings, QObject* parent = nullptr);
+
+  /// Registers or gives back the keys as useGlobalHotKeys says now. Cheap when nothing changed.
+  void follow();
+
+ Q_SIGNALS:
+  /// The name of the menu operation that a pressed key stands for.
+  void operationChosen(const QString& operation);
+};
+
+} // namespace tockwise

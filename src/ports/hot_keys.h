@@ -1,0 +1,43 @@
+// System-wide keys that work while another program has the keyboard.
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace tockwise {
+
+/// The numbers of the hot keys: Control and Super together with M, S, H and P.
+enum class HotKey { NewReminder = 1, ShowAlerts = 2, HideAlerts = 3, PrintAlerts = 4 };
+inline constexpr HotKey kHotKeys[] = {HotKey::NewReminder, HotKey::ShowAlerts, HotKey::HideAlerts,
+                                      HotKey::PrintAlerts};
+
+/// Main thread.
+class HotKeys : public QObject {
+  Q_OBJECT
+ public:
+  enum class State {
+    Off,         // not registered
+    Pending,     // asked for; the desktop has not answered yet
+    Registered,  // works
+    Taken,       // another program has it
+    NotAvailable // this desktop gives programs no hot keys
+  };
+  using QObject::QObject;
+
+  virtual bool isAvailable() const = 0;
+  /// Asks for all four; those that are registered already are left alone. Returns at once.
+  virtual void registerHotKeys() = 0;
+  /// Gives back all four; nothing when none is registered.
+  virtual void unregisterHotKeys() = 0;
+  virtual State state(HotKey key) const = 0;
+  /// What gives the keys on this desktop ("X11", "GlobalShortcuts portal", "KGlobalAccel"), or why
+  /// nothing does.
+  virtual QString detail() const = 0;
+
+ Q_SIGNALS:
+  /// number: 1 to 4.
+  void pressed(int number);
+  void stateChanged();
+};
+
+} // namespace tockwise

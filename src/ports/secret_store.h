@@ -1,0 +1,33 @@
+// The desktop's keeper of passwords.
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace tockwise {
+
+/// Main thread. Every operation returns at once; its answer comes later from the event loop, once,
+/// also when the service does not answer (then as a failure).
+class SecretStore : public QObject {
+  Q_OBJECT
+ public:
+  enum class State { Unknown, Available, Locked, NotAvailable };
+  using QObject::QObject;
+
+  /// What is known by now.
+  virtual State state() const = 0;
+  /// answer: the secret, or nothing when there is none; ok is false when the service failed.
+  virtual void read(const QString& key,
+                    std::function<void(bool ok, std::optional<QString> secret)> answer) = 0;
+  virtual void write(const QString& key, const QString& secret,
+                     std::function<void(bool ok)> answer) = 0;
+  virtual void remove(const QString& key, std::function<void(bool ok)> answer) = 0;
+
+ Q_SIGNALS:
+  void stateChanged();
+};
+
+} // namespace tockwise
