@@ -306,14 +306,19 @@ void AppController::importCalendarEventsPrefs() {
 }
 
 std::vector<DesktopCheck> AppController::desktopChecks() {
-  DesktopFacts facts = desktopFacts(*m_store, *m_ports.loginItems);
+  const PreferencesStore& preferences = m_store->preferences();
+  DesktopFacts facts = desktopFacts();
   facts.applicationRuns = true;
-  facts.trayHost = m_tray.hasTray();
-  facts.hotKeysAvailable = m_ports.hotKeys->isAvailable();
-  facts.hotKeysDetail = m_ports.hotKeys->detail();
+  addSettings(facts, preferences);
+  const auto& failure = preferences.writeFailure();
+  facts.store = storeFacts(preferences.paths(), failure ? failure->message : QString());
+  const HotKeys& hotKeys = *m_ports.hotKeys;
+  facts.hotKeys.available = hotKeys.isAvailable();
+  facts.hotKeys.detail = hotKeys.detail();
   for (const HotKey key : kHotKeys)
-    facts.hotKeys[int(key) - 1] = m_ports.hotKeys->state(key);
-  facts.secretStore = m_ports.secretStore->state();
+    facts.hotKeys.states[size_t(key) - 1] = hotKeys.state(key);
+  if (m_ports.secretStore->state() != SecretStore::State::Unknown)
+    facts.secretStore = m_ports.secretStore->state();
   return diagnose(facts);
 }
 

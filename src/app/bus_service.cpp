@@ -4,6 +4,7 @@
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/command_service.h"
+#include "app/desktop_facts.h"
 #include "app/json.h"
 #include "base/log.h"
 
@@ -103,6 +104,10 @@ QVariantMap CommandAdaptor::ListPreferences() {
   for (const auto& [key, text] : m_controller.commands().preferences())
     map.insert(key, text);
   return map;
+}
+
+QString CommandAdaptor::Doctor() {
+  return jsonText(checksToJson(m_controller.desktopChecks()));
 }
 
 bool CommandAdaptor::Quit(bool yes, const QDBusMessage& message) {

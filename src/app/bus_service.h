@@ -31,6 +31,7 @@ class CommandAdaptor final : public QDBusAbstractAdaptor {
   QString GetPreference(const QString& key, const QDBusMessage& message);
   void SetPreference(const QString& key, const QStringList& values, const QDBusMessage& message);
   QVariantMap ListPreferences();
+  QString Doctor();
   bool Quit(bool yes, const QDBusMessage& message);
   void ShowMenu();
 

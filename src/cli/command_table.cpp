@@ -43,6 +43,8 @@ constexpr CommandSpec kCommands[] = {
     {u"alerts", u"[--json] | ok|again|delete|show|hide|ok-all [N]",
      u"the open alerts of the running application, and what to do with them", 0, 2, kJsonOption},
     {u"prefs", u"get KEY | set KEY VALUE... | list", u"settings", 1, -1, {}},
+    {u"doctor", u"[--json]", u"what works on this desktop, and what to do about the rest", 0, 0,
+     kJsonOption},
     {u"quit", u"[--yes]", u"ends the running application", 0, 0, kYesOption},
 };
 

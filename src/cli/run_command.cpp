@@ -1,5 +1,7 @@
 #include "cli/run_command.h"
 
+#include "app/desktop_facts.h"
+#include "app/json.h"
 #include "app/store_messages.h"
 #include "cli/bus_backend.h"
 #include "cli/command_line.h"
@@ -190,6 +192,19 @@ Printed carryOut(Backend& backend, const Invocation& words) {
   return runQuit(backend, words);
 }
 
+// Works whatever is amiss with the store: that is one of the things it tells.
+int printChecks(const Invocation& words) {
+  QJsonArray checks;
+  const auto bus = BusBackend::connect();
+  const auto reply = bus ? bus->call(QStringLiteral("Doctor"), {}) : Result<QVariant>(QVariant());
+  if (reply && reply->isValid())
+    checks = QJsonDocument::fromJson(reply->toString().toUtf8()).array();
+  else
+    checks = checksToJson(checksWithoutApplication(SystemClock()));
+  print(stdout, words.json ? jsonText(checks) : checksText(checks));
+  return kDone;
+}
+
 // Asks the application, or does it on the store, and prints what comes of it.
 int printAnswer(const Invocation& invocation) {
   const SystemClock clock;
@@ -236,6 +251,8 @@ int runCommand(const QStringList& words) {
   // A command tells what happened in one line of its own.
   QLoggingCategory::setFilterRules(
       QStringLiteral("tockwise.info=false\nqt.gui.imageio*.warning=false"));
+  if (QStringView(invocation->command->name) == u"doctor")
+    return printChecks(*invocation);
   // Here, where the caller's folder is: the application has another.
   if (const auto read = readRichOption(invocation->reminderOptions); !read)
     return fail(read.error());
