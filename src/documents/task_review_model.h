@@ -14,7 +14,7 @@ namespace tockwise {
 class TaskReviewModel final : public QAbstractTableModel {
   Q_OBJECT
  public:
-  enum Column { Reminder, Fires, Kind, Path, ColumnCount };
+  enum Column { Reminder, Kind, Path, Fires, ColumnCount };
 
   explicit TaskReviewModel(std::vector<DocumentTask> tasks, QObject* parent = nullptr);
 

@@ -1,6 +1,7 @@
 #include "documents/task_review_window.h"
 
 #include "documents/task_review_model.h"
+#include "documents/tick_delegate.h"
 #include "ui_TaskReviewWindow.h"
 
 #include <QFontMetrics>
@@ -49,6 +50,7 @@ TaskReviewWindow::~TaskReviewWindow() = default;
 void TaskReviewWindow::prepareTable() {
   QTableView& table = *m_ui->taskTable;
   table.setModel(m_model);
+  table.setItemDelegate(new TickDelegate(&table));
   table.installEventFilter(this);
   table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().lineSpacing() * 3 / 2);
@@ -62,12 +64,12 @@ void TaskReviewWindow::fitColumns() {
   QHeaderView& header = *m_ui->taskTable->horizontalHeader();
   const int character = fontMetrics().averageCharWidth();
   header.setResizeContentsPrecision(60); // rows that are measured; there may be a thousand
-  header.setMinimumSectionSize(6 * character);
-  header.resizeSection(TaskReviewModel::Reminder, 32 * character);
-  for (const int column : {int(TaskReviewModel::Fires), int(TaskReviewModel::Kind)})
+  header.setMinimumSectionSize(8 * character);
+  header.setSectionResizeMode(TaskReviewModel::Path, QHeaderView::Stretch);
+  for (const int column : {int(TaskReviewModel::Kind), int(TaskReviewModel::Fires)})
     m_ui->taskTable->resizeColumnToContents(column);
-  header.setStretchLastSection(true);
-  const QSize wanted(130 * character, 34 * fontMetrics().lineSpacing());
+  header.resizeSection(TaskReviewModel::Reminder, 26 * character);
+  const QSize wanted(140 * character, 34 * fontMetrics().lineSpacing());
   resize(screen() ? wanted.boundedTo(screen()->availableSize() * 9 / 10) : wanted);
 }
 
