@@ -70,12 +70,10 @@ void RemindersDocuments::saveTo(const QString& chosen) {
     return;
   }
   const auto written = writeDocument(path, archivedDataDictionary(m_surroundings.store.queue()));
-  const QString name = harmlessLine(path);
   if (written)
-    logLine(QStringLiteral("Saved '%1'").arg(name));
+    logLine(QStringLiteral("Saved '%1'").arg(harmlessLine(path)));
   else
-    logLine(
-        QStringLiteral("Cannot save '%1': %2").arg(name, harmlessLine(written.error().message)));
+    logLine(QStringLiteral("Cannot save %1").arg(harmlessLine(written.error().message)));
 }
 
 bool RemindersDocuments::mayReplaceFile(const QString& path) {
@@ -131,8 +129,7 @@ std::optional<DataDictionary> RemindersDocuments::confirmedContents(const QStrin
     return std::nullopt;
   auto dictionary = read(path);
   if (!dictionary) {
-    logLine(QStringLiteral("Cannot open '%1': %2")
-                .arg(harmlessLine(path), harmlessLine(dictionary.error().message)));
+    logLine(QStringLiteral("Cannot open %1").arg(harmlessLine(dictionary.error().message)));
     return std::nullopt;
   }
   if (!review(lastComponent(path), *dictionary))
@@ -140,11 +137,17 @@ std::optional<DataDictionary> RemindersDocuments::confirmedContents(const QStrin
   return std::move(dictionary).value();
 }
 
+// The message of an error begins with the path.
 Result<DataDictionary> RemindersDocuments::read(const QString& path) const {
   const auto archive = readDocument(path);
   if (!archive)
     return archive.error();
-  return unarchivedDataDictionary(*archive, m_surroundings.store.pads());
+  auto dictionary = unarchivedDataDictionary(*archive, m_surroundings.store.pads());
+  if (!dictionary) {
+    const Error& error = dictionary.error();
+    return Error{error.kind, path + QStringLiteral(": ") + error.message};
+  }
+  return dictionary;
 }
 
 // What a document would run comes from whoever wrote it.

@@ -27,13 +27,6 @@ QString text(const char* utf8) {
   return QString::fromUtf8(utf8);
 }
 
-QStringList logged;
-
-void keepLogLine(QtMsgType, const QMessageLogContext& context, const QString& message) {
-  if (qstrcmp(context.category, "tockwise") == 0)
-    logged += message;
-}
-
 /// Panels in which the test chooses.
 class FakePanels final : public DocumentPanels {
  public:
@@ -73,6 +66,7 @@ class RemindersDocumentsTest : public QObject {
   std::unique_ptr<ReminderStore> m_store;
   FakePanels* m_panels = nullptr; // the documents'
   std::unique_ptr<RemindersDocuments> m_documents;
+  std::unique_ptr<LogLines> m_log;
   QStringList m_alerts; // what was done with the alert windows
 
   void add(const Reminder& made) {
@@ -124,12 +118,6 @@ class RemindersDocumentsTest : public QObject {
   }
 
  private Q_SLOTS:
-  void initTestCase() {
-    enableLogLines();
-    qInstallMessageHandler(keepLogLine);
-  }
-  void cleanupTestCase() { qInstallMessageHandler(nullptr); }
-
   void init() {
     m_environment = std::make_unique<TestEnvironment>();
     m_prompter = {};
@@ -144,9 +132,10 @@ class RemindersDocumentsTest : public QObject {
     m_documents = std::make_unique<RemindersDocuments>(
         RemindersDocuments::Surroundings{*m_store, m_prompter, [this] { m_alerts += text("hide"); },
                                          [this] { m_alerts += text("show"); }, std::move(panels)});
-    logged.clear();
+    m_log = std::make_unique<LogLines>();
   }
   void cleanup() {
+    m_log.reset();
     m_documents.reset();
     m_store.reset();
     m_environment.reset();
@@ -159,7 +148,7 @@ class RemindersDocumentsTest : public QObject {
     m_documents->selItemSaveReminders();
     QCOMPARE(m_panels->proposed, QStringList{text("Untitled")});
     m_panels->save(path("mine.tockwise"));
-    QCOMPARE(logged, QStringList{text("Saved '%1'").arg(path("mine.tockwise"))});
+    QCOMPARE(m_log->take(), QStringList{text("Saved '%1'").arg(path("mine.tockwise"))});
     QCOMPARE(readDocument(path("mine.tockwise")).value(), archivedDataDictionary(m_store->queue()));
     QVERIFY(m_prompter.asked.empty() && m_prompter.told.empty());
   }
@@ -218,8 +207,9 @@ class RemindersDocumentsTest : public QObject {
   void aFailedWriteIsLoggedInOneLineAndShownNowhere() {
     m_documents->selItemSaveReminders();
     m_panels->save(path("no such folder/mine\nSaved 'x'"));
+    const QStringList logged = m_log->take();
     QCOMPARE(logged.size(), 1);
-    QVERIFY(logged.front().startsWith(text("Cannot save '")));
+    QVERIFY(logged.front().startsWith(text("Cannot save /")));
     QVERIFY(!logged.front().contains(u'\n'));
     QVERIFY(m_prompter.asked.empty() && m_prompter.told.empty());
     QCOMPARE(m_panels->proposed.size(), 1);
@@ -282,7 +272,7 @@ class RemindersDocumentsTest : public QObject {
     QVERIFY(!m_documents->askOpenFile(other));
     QCOMPARE(texts(), QStringList{text("Tea")});
     QCOMPARE(changed.size(), 0);
-    QCOMPARE(logged, QStringList());
+    QCOMPARE(m_log->take(), QStringList());
   }
 
   void whatCannotBeReadChangesNothing_data() {
@@ -305,12 +295,13 @@ class RemindersDocumentsTest : public QObject {
     add(reminder("Tea", 1));
     QSignalSpy changed(m_documents.get(), &RemindersDocuments::changed);
     m_prompter.answers = {Ok, Ok};
-    logged.clear();
+    m_log->take();
     QVERIFY(!m_documents->askOpenFile(m_environment->path(name)));
     QCOMPARE(texts(), QStringList{text("Tea")});
     QCOMPARE(changed.size(), 0);
+    const QStringList logged = m_log->take();
     QCOMPARE(logged.size(), 1);
-    QVERIFY2(logged.front().startsWith(text("Cannot open '")), qPrintable(logged.front()));
+    QVERIFY2(logged.front().startsWith(text("Cannot open /")), qPrintable(logged.front()));
     QCOMPARE(m_prompter.asked.size(), size_t(1));
     QVERIFY(m_prompter.told.empty());
     QCOMPARE(m_alerts.count(text("hide")), m_alerts.count(text("show")));
