@@ -1,6 +1,6 @@
 // Archives that are damaged, or made to hurt: bounded in memory and time, and they lose no more
 // than they must.
-#include "archive_builder.h"
+#include "support/archive_builder.h"
 #include "store/archive/archive_values.h"
 #include "store/archive/keyed_value.h"
 #include "store/archive/run_codec.h"

@@ -1,5 +1,5 @@
 // Plain values as keyed archives.
-#include "archive_builder.h"
+#include "support/archive_builder.h"
 #include "store/archive/keyed_archive.h"
 #include "store/archive/keyed_value.h"
 

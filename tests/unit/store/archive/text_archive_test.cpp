@@ -1,5 +1,5 @@
 // Archived rich text: what is written, and what a reading gives back.
-#include "archive_builder.h"
+#include "support/archive_builder.h"
 #include "store/archive/archive_values.h"
 #include "store/archive/run_codec.h"
 #include "store/archive/text_archive.h"
