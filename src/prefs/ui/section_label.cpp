@@ -1,0 +1,12 @@
+#include "prefs/ui/section_label.h"
+
+namespace tockwise {
+
+SectionLabel::SectionLabel(QWidget* parent) : QLabel(parent) {
+  QFont bold;
+  bold.setBold(true); // the rest is left to the desktop's font, also when that changes
+  setFont(bold);
+  setTextFormat(Qt::PlainText);
+}
+
+} // namespace tockwise
