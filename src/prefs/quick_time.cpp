@@ -1,5 +1,7 @@
 #include "prefs/quick_time.h"
 
+#include "prefs/integer_value.h"
+
 #include <QStringList>
 
 #include <array>
@@ -23,14 +25,6 @@ qint64 unitSeconds(qint64 number, const QString& word) {
       return unit.seconds;
   }
   return 0;
-}
-
-// The leading integer of a word, as a lenient reader takes it: "01" is 1, "5x" is 5, "x" is 0.
-qint64 integerValue(const QString& word) {
-  qsizetype end = word.startsWith(u'-') || word.startsWith(u'+') ? 1 : 0;
-  while (end < word.size() && word[end].isDigit())
-    ++end;
-  return word.left(end).toLongLong();
 }
 
 } // namespace
