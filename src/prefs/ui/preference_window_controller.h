@@ -1,6 +1,7 @@
 // The preferences window.
 #pragma once
 
+#include "prefs/save_preferences.h"
 #include "prefs/ui/preference_surroundings.h"
 
 #include <QDialog>
