@@ -11,6 +11,13 @@ namespace tockwise {
 namespace {
 
 constexpr QSize kClockSize{48, 48};
+// The style's own mark of a checked tool button is hard to see.
+constexpr char16_t kClockStyle[] =
+    u"QToolButton { border: 2px solid transparent; border-radius: 8px; padding: 6px; }"
+    u"QToolButton:hover { background: palette(midlight); }"
+    u"QToolButton:focus { border-color: palette(mid); }"
+    u"QToolButton:checked { border-color: palette(highlight); background: palette(base); }"
+    u"QToolButton:checked:focus { border-color: palette(window-text); }";
 constexpr double kSampleAhead = 2 * 3600; // seconds
 
 } // namespace
@@ -20,8 +27,6 @@ MenuPane::MenuPane(const PreferenceSurroundings& surroundings, QWidget* parent)
       m_clock(surroundings.clock),
       m_ui(std::make_unique<Ui::MenuPane>()) {
   m_ui->setupUi(this);
-  for (QLabel* sample : {m_ui->useAbsoluteSample, m_ui->useCountdownSample})
-    sample->setIndent(24);
   makeClocks();
   controls().bind(QStringLiteral("useAbsolute"), m_ui->useAbsolute, &PreferenceForm::useAbsolute);
   controls().bind(QStringLiteral("useCountdown"), m_ui->useCountdown,
@@ -39,6 +44,7 @@ void MenuPane::makeClocks() {
   for (QToolButton* button : buttons) {
     button->setIcon(clockIcon(tag));
     button->setIconSize(kClockSize);
+    button->setStyleSheet(QString::fromUtf16(kClockStyle));
     matrix->addButton(button, tag++);
   }
   controls().bind(QStringLiteral("clockoption"), matrix, &PreferenceForm::clockoption);

@@ -8,6 +8,7 @@
 #include "prefs/ui/mail_server_pane.h"
 #include "prefs/ui/menu_pane.h"
 #include "prefs/ui/messages_pane.h"
+#include "prefs/ui/pane_icons.h"
 #include "prefs/ui/quick_remind_pane.h"
 #include "prefs/ui/unconnected_panes.h"
 #include "ui_PreferenceWindowCalendar.h"
@@ -23,10 +24,11 @@
 namespace tockwise {
 namespace {
 
-constexpr QSize kSize{780, 560};
-constexpr int kWidestPane = 760; // beyond it lines are too long to be read with ease
-constexpr int kListPadding = 14; // left and right of the panes' titles
-constexpr int kListRowPadding = 12;
+constexpr QSize kSize{800, 620};
+constexpr int kWidestPane = 760;   // beyond it lines are too long to be read with ease
+constexpr QSize kIconSize{32, 18}; // with room on both sides
+constexpr int kListPadding = 18;   // after the panes' titles
+constexpr int kListRowPadding = 14;
 
 } // namespace
 
@@ -76,7 +78,13 @@ void PreferenceWindowController::makePanes() {
   connect(m_quickRemindPane, &QuickRemindPane::listChanged, this,
           &PreferenceWindowController::settingsWritten);
   QListWidget& list = *m_ui->paneList;
-  list.setFixedWidth(list.sizeHintForColumn(0) + 2 * kListPadding);
+  list.setIconSize(kIconSize);
+  int width = 0;
+  for (int row = 0; row < list.count(); ++row) {
+    list.item(row)->setIcon(paneIcon(PaneIcon(row)));
+    width = std::max(width, list.fontMetrics().horizontalAdvance(list.item(row)->text()));
+  }
+  list.setFixedWidth(width + kIconSize.width() + 2 * kListPadding);
 }
 
 void PreferenceWindowController::addPane(PreferencePane* pane, const QString& title) {
