@@ -1,7 +1,7 @@
 #include "prefs/ui/desktop_pane.h"
 
-#include "editor/toned_label.h"
 #include "prefs/ui/check_sign.h"
+#include "prefs/ui/section_label.h"
 #include "ui_DesktopPane.h"
 
 #include <QGridLayout>
@@ -16,6 +16,7 @@ QLabel* makeText(const QString& name, const QString& text) {
   label->setObjectName(name);
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
+  alignWithWindow(*label);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   label->setAccessibleName(text);
   return label;

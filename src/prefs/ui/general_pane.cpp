@@ -1,5 +1,6 @@
 #include "prefs/ui/general_pane.h"
 
+#include "prefs/ui/section_label.h"
 #include "ui_GeneralPane.h"
 
 namespace tockwise {
@@ -36,6 +37,9 @@ GeneralPane::GeneralPane(const PreferenceSurroundings& surroundings, QWidget* pa
       m_ui(std::make_unique<Ui::GeneralPane>()) {
   m_ui->setupUi(this);
   m_ui->loginItemNote->hide();
+  for (QLabel* state :
+       {m_ui->hotKeyState1, m_ui->hotKeyState2, m_ui->hotKeyState3, m_ui->hotKeyState4})
+    alignWithWindow(*state);
   m_ui->hotKeyField->follow(m_hotKeys);
   controls().bind(QStringLiteral("useGlobalHotKeys"), m_ui->useHotKeysBox,
                   &PreferenceForm::useGlobalHotKeys);

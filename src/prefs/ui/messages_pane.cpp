@@ -23,9 +23,9 @@ MessagesPane::MessagesPane(const PreferenceSurroundings& surroundings, QWidget* 
   controls().bindAtOnce(QStringLiteral("sendSMS"), m_ui->sendSMSBox);
   controls().bindAtOnce(QStringLiteral("contentTypeIndex"), m_ui->contentTypePopup);
 
-  const QString reason =
-      QStringLiteral("This version of Tockwise does not send messages yet, nor "
-                     "does it read your contacts: the grey buttons wait for it.");
+  const QString reason = QStringLiteral(
+      "The grey buttons wait for a later version of Tockwise, which sends messages and "
+      "reads your contacts.");
   m_ui->messagesReason->setText(reason);
   for (QPushButton* button :
        {m_ui->setRecipientToMeButton, m_ui->sendTestMailButton, m_ui->sendTestSMSButton}) {

@@ -16,6 +16,7 @@
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QScrollArea>
@@ -24,10 +25,11 @@
 namespace tockwise {
 namespace {
 
-constexpr QSize kSize{800, 620};
+constexpr QSize kSize{800, 660};
 constexpr int kWidestPane = 760;   // beyond it lines are too long to be read with ease
 constexpr QSize kIconSize{32, 18}; // with room on both sides
-constexpr int kListPadding = 18;   // after the panes' titles
+constexpr QMargins kPaneMargins{24, 18, 24, 18};
+constexpr int kListPadding = 18; // after the panes' titles
 constexpr int kListRowPadding = 14;
 
 } // namespace
@@ -97,6 +99,7 @@ void PreferenceWindowController::addPane(PreferencePane* pane, const QString& ti
 
 void PreferenceWindowController::addPane(QWidget* pane, const QString& title) {
   pane->setMaximumWidth(kWidestPane);
+  pane->layout()->setContentsMargins(kPaneMargins);
   auto* scroller = new QScrollArea;
   scroller->setFrameShape(QFrame::NoFrame);
   scroller->setWidgetResizable(true);
@@ -248,6 +251,17 @@ void PreferenceWindowController::closeEvent(QCloseEvent* event) {
 
 void PreferenceWindowController::reject() {
   close();
+}
+
+// Return presses "OK", but for those who mean what has the keyboard.
+void PreferenceWindowController::keyPressEvent(QKeyEvent* event) {
+  const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (isReturn && m_quickRemindPane->isAncestorOf(focusWidget()))
+    return;
+  if (isReturn && focusWidget() == m_ui->paneList)
+    focusNextChild();
+  else
+    QDialog::keyPressEvent(event);
 }
 
 void PreferenceWindowController::browse() {

@@ -84,6 +84,7 @@ class PreferenceWindowController final : public QDialog {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void windowDidLoad();

@@ -9,4 +9,10 @@ SectionLabel::SectionLabel(QWidget* parent) : QLabel(parent) {
   setTextFormat(Qt::PlainText);
 }
 
+void alignWithWindow(QLabel& label) {
+  const bool fromRight = label.layoutDirection() == Qt::RightToLeft;
+  label.setAlignment((fromRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
+                     Qt::AlignTop);
+}
+
 } // namespace tockwise

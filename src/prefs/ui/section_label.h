@@ -12,4 +12,7 @@ class SectionLabel final : public QLabel {
   explicit SectionLabel(QWidget* parent = nullptr);
 };
 
+/// Lines of label begin on the side on which the window's do, whatever the script of its text.
+void alignWithWindow(QLabel& label);
+
 } // namespace tockwise
