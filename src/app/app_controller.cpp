@@ -281,7 +281,8 @@ PreferenceSurroundings AppController::preferenceSurroundings() {
           m_sounds.sounds(),
           [this](const QString& name) { return m_sounds.pathOfSound(name); },
           [this] { return m_passwordKeeping.hint(); },
-          [this] { return desktopChecks(); }};
+          [this] { return desktopChecks(); },
+          m_store->clock()};
 }
 
 PreferenceWindowController& AppController::preferenceWindow() {
