@@ -1,5 +1,4 @@
 #include "app/hot_key_actions.h"
-
 #include "support/fakes.h"
 
 #include <QSignalSpy>
@@ -99,10 +98,10 @@ void HotKeyActionsTest::eachNumberDoesItsOperation() {
   it.set(true);
   for (const HotKey key : kHotKeys)
     it.keys.press(int(key));
-  QCOMPARE(it.operations(), QStringList({QStringLiteral("newReminder"),
-                                         QStringLiteral("showAllCurrentAlerts"),
-                                         QStringLiteral("hideAllCurrentAlerts"),
-                                         QStringLiteral("printAllCurrentAlerts")}));
+  QCOMPARE(it.operations(),
+           QStringList({QStringLiteral("newReminder"), QStringLiteral("showAllCurrentAlerts"),
+                        QStringLiteral("hideAllCurrentAlerts"),
+                        QStringLiteral("printAllCurrentAlerts")}));
 }
 
 void HotKeyActionsTest::otherNumbersDoNothing() {
