@@ -112,6 +112,9 @@ void AppController::connectAll() {
 
 void AppController::connectDesktop() {
   connect(&m_documents, &RemindersDocuments::changed, this, &AppController::dataChanged);
+  // Queued: whoever drags waits for the drop to be taken, and a question follows it.
+  connect(&m_tray, &TrayController::documentDropped, &m_documents, &RemindersDocuments::openFile,
+          Qt::QueuedConnection);
   connect(&m_hotKeyActions, &HotKeyActions::operationChosen, this,
           [this](const QString& operation) {
             MenuActivation activation;

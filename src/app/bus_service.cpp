@@ -6,6 +6,8 @@
 #include "app/command_service.h"
 #include "app/json.h"
 #include "base/log.h"
+#include "engine/task_runner.h"
+#include "store/documents/document_location.h"
 
 #include <QDBusConnectionInterface>
 
@@ -134,10 +136,22 @@ void ApplicationAdaptor::Activate(const QVariantMap&) {
   m_controller.showMenu();
 }
 
+// The platform is never told that opening failed, and never waits for the user's answer.
 void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&) {
-  for (const QString& uri : uris)
-    logLine(QStringLiteral("Cannot open %1: documents are not supported yet").arg(uri));
-  m_controller.showMenu();
+  if (uris.isEmpty())
+    m_controller.showMenu();
+  for (const QString& uri : uris) {
+    const auto path = localPathOf(uri);
+    if (!path) {
+      logLine(QStringLiteral("Cannot open '%1': this is no file on this machine")
+                  .arg(harmlessLine(uri)));
+      continue;
+    }
+    QMetaObject::invokeMethod(
+        &m_controller.documents(),
+        [documents = &m_controller.documents(), path = *path] { documents->openFile(path); },
+        Qt::QueuedConnection);
+  }
 }
 
 void ApplicationAdaptor::ActivateAction(const QString& name, const QVariantList&,

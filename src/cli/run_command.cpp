@@ -30,12 +30,6 @@ void print(FILE* stream, const QString& text) {
   std::fflush(stream);
 }
 
-int fail(const Error& error) {
-  QString message = error.message;
-  print(stderr, QStringLiteral("tockwise: ") + message.replace(u'\n', u' ') + u'\n');
-  return error.kind == Error::Kind::Usage ? kWrongWords : kFailed;
-}
-
 void warnOfDamage(const StoreNotice& notice) {
   const QString text = damageText(notice);
   if (!text.isEmpty())
@@ -199,26 +193,33 @@ int printAnswer(const Invocation& invocation) {
   do { // an application that goes away meanwhile leaves the store to us
     const auto backend = findBackend(clock);
     if (!backend)
-      return fail(backend.error());
+      return failCommand(backend.error());
     printed = carryOut(**backend, invocation);
     if (printed || printed.error().kind != Error::Kind::Busy)
       break;
     QThread::msleep(kPause);
   } while (waited.elapsed() < kPatience);
   if (!printed)
-    return fail(printed.error());
+    return failCommand(printed.error());
   print(stdout, *printed);
   return kDone;
 }
 
 } // namespace
 
+int failCommand(const Error& error) {
+  QString message = error.message;
+  print(stderr, QStringLiteral("tockwise: ") + message.replace(u'\n', u' ') + u'\n');
+  return error.kind == Error::Kind::Usage ? kWrongWords : kFailed;
+}
+
 int runCommand(const QStringList& words) {
   const QString first = words.value(0);
   if (first == u"--help" || first == u"-h" || first == u"help") {
     const CommandSpec* command = findCommand(words.value(1));
     if (words.size() > 1 && !command)
-      return fail({Error::Kind::Usage, QStringLiteral("there is no command \"%1\"").arg(words[1])});
+      return failCommand(
+          {Error::Kind::Usage, QStringLiteral("there is no command \"%1\"").arg(words[1])});
     print(stdout, helpText(command));
     return kDone;
   }
@@ -228,7 +229,7 @@ int runCommand(const QStringList& words) {
   }
   auto invocation = parseCommandLine(words);
   if (!invocation)
-    return fail(invocation.error());
+    return failCommand(invocation.error());
   if (invocation->help) {
     print(stdout, helpText(invocation->command));
     return kDone;
@@ -238,7 +239,7 @@ int runCommand(const QStringList& words) {
       QStringLiteral("tockwise.info=false\nqt.gui.imageio*.warning=false"));
   // Here, where the caller's folder is: the application has another.
   if (const auto read = readRichOption(invocation->reminderOptions); !read)
-    return fail(read.error());
+    return failCommand(read.error());
   return printAnswer(*invocation);
 }
 
