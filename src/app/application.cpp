@@ -154,9 +154,8 @@ int runApplication(int argc, char** argv) {
     logLine(QStringLiteral("another program has the name %1").arg(busName()));
   QObject::connect(&application, &QCoreApplication::aboutToQuit, &root, leaveBus);
   const TerminationSignals termination;
-  // Not quit(), which an open editor or question would refuse: drafts are kept, scripts ended.
-  QObject::connect(&termination, &TerminationSignals::received, &application,
-                   [] { QCoreApplication::exit(); });
+  QObject::connect(&termination, &TerminationSignals::received, &controller,
+                   &AppController::endWithSession);
   controller.start();
   return QApplication::exec();
 }
