@@ -170,9 +170,8 @@ int runApplication(int argc, char** argv, const QStringList& documents) {
     logLine(QStringLiteral("another program has the name %1").arg(busName()));
   QObject::connect(&application, &QCoreApplication::aboutToQuit, &root, leaveBus);
   const TerminationSignals termination;
-  // Not quit(), which an open editor or question would refuse: drafts are kept, scripts ended.
-  QObject::connect(&termination, &TerminationSignals::received, &application,
-                   [] { QCoreApplication::exit(); });
+  QObject::connect(&termination, &TerminationSignals::received, &controller,
+                   &AppController::endWithSession);
   controller.start();
   // Each asks, in an event loop of its own: the next one waits for its answer.
   QTimer::singleShot(0, &controller, [&] {

@@ -43,6 +43,13 @@ Result<void> writeAtomically(const QString& path, const QByteArray& bytes) {
   return writeAndMove(std::move(file), temporary, target, bytes);
 }
 
+std::optional<QString> putAside(const QString& path, const QString& suffix) {
+  QString name = path + suffix;
+  for (int i = 1; QFileInfo::exists(name); ++i)
+    name = QStringLiteral("%1%2-%3").arg(path, suffix).arg(i);
+  return QFile::rename(path, name) ? std::optional(name) : std::nullopt;
+}
+
 Result<void> makePrivateFolder(const QString& path) {
   if (QFileInfo(path).isDir()) {
     ::chmod(QFile::encodeName(path).constData(), 0700); // somebody else's folder stays as it is

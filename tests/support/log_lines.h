@@ -12,7 +12,10 @@
 namespace tockwise {
 
 inline void enableLogLines() {
-  QLoggingCategory::installFilter([](QLoggingCategory* category) {
+  static QLoggingCategory::CategoryFilter before = nullptr;
+  before = QLoggingCategory::installFilter([](QLoggingCategory* category) {
+    if (before)
+      before(category);
     if (std::strcmp(category->categoryName(), "tockwise") == 0)
       category->setEnabled(QtInfoMsg, true);
   });
