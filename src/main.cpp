@@ -2,17 +2,38 @@
 #include "cli/run_command.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <QStringList>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
+
+namespace {
+
+// Only what lays out text loads fonts; it does not look for a display, nor for the desktop's theme.
+std::unique_ptr<QCoreApplication> makeApplication(const QStringList& words, int& argc,
+                                                  char** argv) {
+  if (!tockwise::needsFonts(words))
+    return std::make_unique<QCoreApplication>(argc, argv);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qunsetenv("QT_QPA_PLATFORMTHEME");
+  argc = 1; // the words are the command's, not Qt's
+  return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is an error to be told, not our end
   if (argc <= 1)
     return tockwise::runApplication(argc, argv);
-  const QCoreApplication application(argc, argv);
-  const int status = tockwise::runCommand(QCoreApplication::arguments().mid(1));
+  QStringList words;
+  for (int i = 1; i < argc; ++i)
+    words += QString::fromLocal8Bit(argv[i]);
+  const auto application = makeApplication(words, argc, argv);
+  const int status = tockwise::runCommand(words);
   // Everything is written and closed by now. Leaving here, before Qt's statics are taken down,
   // keeps its bus thread from complaining on stderr about a message that comes meanwhile.
   std::fflush(nullptr);

@@ -33,6 +33,8 @@ class CommandAdaptor final : public QDBusAbstractAdaptor {
   QVariantMap ListPreferences();
   bool Quit(bool yes, const QDBusMessage& message);
   void ShowMenu();
+  void Print(bool alerts);
+  void PrintPDF(const QString& path, bool alerts, const QDBusMessage& message);
 
  Q_SIGNALS:
   void QueueChanged();

@@ -9,10 +9,12 @@
 #include "prefs/setting_table.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QLoggingCategory>
 #include <QThread>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace tockwise {
@@ -165,6 +167,18 @@ Printed runClear(Backend& backend, const Invocation& words) {
   return printReply(backend, QStringLiteral("Clear"), {});
 }
 
+// The file is written by whoever makes the pages, and the application has another folder.
+Printed runPrint(Backend& backend, const Invocation& words) {
+  const bool alerts = words.reminderOptions.contains(QStringLiteral("alerts"));
+  if (!words.reminderOptions.contains(QStringLiteral("pdf")))
+    return printReply(backend, QStringLiteral("Print"), {alerts});
+  const QString path = words.reminderOptions.value(QStringLiteral("pdf")).toString();
+  if (path.isEmpty())
+    return Error{Error::Kind::Usage, QStringLiteral("--pdf takes the name of a file")};
+  return printReply(backend, QStringLiteral("PrintPDF"),
+                    {QFileInfo(path).absoluteFilePath(), alerts});
+}
+
 Printed carryOut(Backend& backend, const Invocation& words) {
   const QString name = QString::fromUtf16(words.command->name);
   const QString first = words.arguments.value(0);
@@ -185,6 +199,8 @@ Printed carryOut(Backend& backend, const Invocation& words) {
     return runAlerts(backend, words);
   if (name == u"prefs")
     return runPrefs(backend, words);
+  if (name == u"print")
+    return runPrint(backend, words);
   if (name == u"clear")
     return runClear(backend, words);
   return runQuit(backend, words);
@@ -212,6 +228,12 @@ int printAnswer(const Invocation& invocation) {
 }
 
 } // namespace
+
+bool needsFonts(const QStringList& words) {
+  return words.value(0) == u"print" &&
+         std::any_of(words.begin(), words.end(),
+                     [](const QString& word) { return word.startsWith(u"--pdf"); });
+}
 
 int runCommand(const QStringList& words) {
   const QString first = words.value(0);
