@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QLoggingCategory>
 #include <QStringList>
 
 #include <csignal>
@@ -19,6 +20,7 @@ std::unique_ptr<QCoreApplication> makeApplication(const QStringList& words, int&
     return std::make_unique<QCoreApplication>(argc, argv);
   qputenv("QT_QPA_PLATFORM", "offscreen");
   qunsetenv("QT_QPA_PLATFORMTHEME");
+  QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false")); // of no session
   argc = 1; // the words are the command's, not Qt's
   return std::make_unique<QGuiApplication>(argc, argv);
 }

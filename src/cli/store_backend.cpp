@@ -76,7 +76,11 @@ Result<QVariant> StoreBackend::call(const QString& method, const QVariantList& a
     return known->second(*m_commands, arguments);
   if (method == u"Menu")
     return QVariant(jsonText(menuToJson(menuWithoutApplication(*m_store))));
-  if (method == u"PrintPDF" && !arguments[1].toBool()) {
+  if (method == u"PrintPDF" && arguments[1].toBool()) {
+    return Error{Error::Kind::Unavailable,
+                 QStringLiteral("Tockwise is not running: no alerts are open")};
+  }
+  if (method == u"PrintPDF") {
     const auto PDF = queueAsPDF(*m_store);
     return reply(PDF ? writeWholeFile(arguments[0].toString(), *PDF) : Result<void>(PDF.error()));
   }

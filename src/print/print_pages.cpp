@@ -20,7 +20,8 @@ namespace tockwise {
 namespace {
 
 // Archives are written for this size where they state none.
-constexpr double kFontSize = 12; // points
+constexpr double kFontSize = 12;            // points
+constexpr double kLetterSpacing = 1.0 / 64; // dots
 constexpr quint32 kLinkColor = 0xff0b4fa8;
 constexpr int kRoomBelow = 12; // pixels
 /// Qt's layouts count in 1/64 dots, with 32 bits.
@@ -57,6 +58,9 @@ double pixelsPerInch() {
 QFont paperFont() {
   QFont font = QGuiApplication::font();
   font.setPointSizeF(kFontSize);
+  // Too little to be seen, and enough to keep Qt from joining letters: whoever looks for "first" in
+  // a PDF file would not find what is written with a joined f and i.
+  font.setLetterSpacing(QFont::AbsoluteSpacing, kLetterSpacing);
   return font;
 }
 
