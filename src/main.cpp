@@ -4,16 +4,32 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QGuiApplication>
+#include <QLoggingCategory>
+#include <QStringList>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 namespace {
 
-int runCommandLine(int argc, char** argv) {
-  const QCoreApplication application(argc, argv);
-  const int status = tockwise::runCommand(QCoreApplication::arguments().mid(1));
+// Only what lays out text loads fonts; it does not look for a display, nor for the desktop's theme.
+std::unique_ptr<QCoreApplication> makeApplication(const QStringList& words, int& argc,
+                                                  char** argv) {
+  if (!tockwise::needsFonts(words))
+    return std::make_unique<QCoreApplication>(argc, argv);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qunsetenv("QT_QPA_PLATFORMTHEME");
+  QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false")); // of no session
+  argc = 1; // the words are the command's, not Qt's
+  return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+int runCommandLine(const QStringList& words, int argc, char** argv) {
+  const auto application = makeApplication(words, argc, argv);
+  const int status = tockwise::runCommand(words);
   // Everything is written and closed by now. Leaving here, before Qt's statics are taken down,
   // keeps its bus thread from complaining on stderr about a message that comes meanwhile.
   std::fflush(nullptr);
@@ -38,5 +54,5 @@ int main(int argc, char** argv) {
     words += QFile::decodeName(argv[i]);
   if (tockwise::nameDocuments(words))
     return openDocuments(words, argc, argv);
-  return runCommandLine(argc, argv);
+  return runCommandLine(words, argc, argv);
 }

@@ -68,7 +68,8 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
       m_postAlert(*m_ports.notificationCentre, m_store->clock()),
       m_documents({*m_store, *m_ports.prompter, [this] { m_questions.dialogOpens(); },
                    [this] { m_questions.dialogCloses(); }}),
-      m_printing(*m_store, m_alerts, [this](bool hold) { m_tickTimer.hold(hold); }),
+      m_printing(*m_store, m_alerts, *m_ports.prompter,
+                 [this](bool hold) { m_tickTimer.hold(hold); }),
       m_hotKeyActions(*m_ports.hotKeys, m_store->preferences()),
       m_passwordKeeping(m_store->preferences(), *m_ports.secretStore),
       m_mailBeat(m_store->preferences()),
@@ -192,6 +193,9 @@ QJsonArray AppController::alertsJson() const {
 }
 
 void AppController::perform(const MenuActivation& activation) {
+  // While a preview is open no other window reacts; the program can still be ended.
+  if (m_printing.isPreviewOpen() && activation.action != u"quit")
+    return m_printing.bringToFront();
   performMenuOperation(*this, activation);
 }
 

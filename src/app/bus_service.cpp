@@ -11,6 +11,7 @@
 #include "store/documents/document_location.h"
 
 #include <QDBusConnectionInterface>
+#include <QDir>
 
 namespace tockwise {
 namespace {
@@ -132,6 +133,29 @@ bool CommandAdaptor::Quit(bool yes, const QDBusMessage& message) {
 
 void CommandAdaptor::ShowMenu() {
   m_controller.showMenu();
+}
+
+void CommandAdaptor::Print(bool alerts) {
+  // The preview stays open for long: the caller is not to wait for it.
+  Printing* printing = &m_controller.printing();
+  QMetaObject::invokeMethod(
+      printing, [=] { alerts ? printing->printAllCurrentAlerts() : printing->print(); },
+      Qt::QueuedConnection);
+}
+
+void CommandAdaptor::PrintPDF(const QString& path, bool alerts, const QDBusMessage& message) {
+  if (QDir::isRelativePath(path)) {
+    replyTo(message, Result<void>(Error{Error::Kind::Usage,
+                                        QStringLiteral("%1 is no absolute path").arg(path)}));
+    return;
+  }
+  message.setDelayedReply(true);
+  m_controller.printing().savePDF(alerts ? Printing::Document::Alerts : Printing::Document::Queue,
+                                  path, [message](const Result<void>& saved) {
+                                    QDBusConnection::sessionBus().send(
+                                        saved ? message.createReply()
+                                              : errorReply(message, saved.error()));
+                                  });
 }
 
 ApplicationAdaptor::ApplicationAdaptor(QObject* parent, AppController& controller)

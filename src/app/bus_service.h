@@ -34,6 +34,8 @@ class CommandAdaptor final : public QDBusAbstractAdaptor {
   QString Doctor();
   bool Quit(bool yes, const QDBusMessage& message);
   void ShowMenu();
+  void Print(bool alerts);
+  void PrintPDF(const QString& path, bool alerts, const QDBusMessage& message);
 
  Q_SIGNALS:
   void QueueChanged();

@@ -28,6 +28,10 @@ constexpr std::span kEditOptions{kReminderOptions};
 constexpr std::span kAddOptions = kEditOptions.first(kEditOptions.size() - 1);
 
 constexpr std::array kJsonOption{OptionSpec{u"json", false, u"print one JSON value"}};
+constexpr std::array kPrintOptions{
+    OptionSpec{u"alerts", false, u"the open alerts of the running application, not the queue"},
+    OptionSpec{u"pdf", true, u"the file to write; one that is there is overwritten"},
+};
 constexpr std::array kYesOption{OptionSpec{u"yes", false, u"answer every question with Yes"}};
 
 constexpr CommandSpec kCommands[] = {
@@ -45,6 +49,9 @@ constexpr CommandSpec kCommands[] = {
     {u"prefs", u"get KEY | set KEY VALUE... | list", u"settings", 1, -1, {}},
     {u"doctor", u"[--json]", u"what works on this desktop, and what to do about the rest", 0, 0,
      kJsonOption},
+    {u"print", u"[--alerts] [--pdf FILE]",
+     u"opens the print preview of the running application, or writes its pages to a PDF file", 0, 0,
+     kPrintOptions},
     {u"quit", u"[--yes]", u"ends the running application", 0, 0, kYesOption},
 };
 

@@ -11,10 +11,12 @@
 #include "prefs/setting_table.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QLoggingCategory>
 #include <QThread>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace tockwise {
@@ -161,6 +163,18 @@ Printed runClear(Backend& backend, const Invocation& words) {
   return printReply(backend, QStringLiteral("Clear"), {});
 }
 
+// The file is written by whoever makes the pages, and the application has another folder.
+Printed runPrint(Backend& backend, const Invocation& words) {
+  const bool alerts = words.reminderOptions.contains(QStringLiteral("alerts"));
+  if (!words.reminderOptions.contains(QStringLiteral("pdf")))
+    return printReply(backend, QStringLiteral("Print"), {alerts});
+  const QString path = words.reminderOptions.value(QStringLiteral("pdf")).toString();
+  if (path.isEmpty())
+    return Error{Error::Kind::Usage, QStringLiteral("--pdf takes the name of a file")};
+  return printReply(backend, QStringLiteral("PrintPDF"),
+                    {QFileInfo(path).absoluteFilePath(), alerts});
+}
+
 Printed carryOut(Backend& backend, const Invocation& words) {
   const QString name = QString::fromUtf16(words.command->name);
   const QString first = words.arguments.value(0);
@@ -181,6 +195,8 @@ Printed carryOut(Backend& backend, const Invocation& words) {
     return runAlerts(backend, words);
   if (name == u"prefs")
     return runPrefs(backend, words);
+  if (name == u"print")
+    return runPrint(backend, words);
   if (name == u"clear")
     return runClear(backend, words);
   return runQuit(backend, words);
@@ -226,6 +242,12 @@ int failCommand(const Error& error) {
   QString message = error.message;
   print(stderr, QStringLiteral("tockwise: ") + message.replace(u'\n', u' ') + u'\n');
   return error.kind == Error::Kind::Usage ? kWrongWords : kFailed;
+}
+
+bool needsFonts(const QStringList& words) {
+  return words.value(0) == u"print" &&
+         std::any_of(words.begin(), words.end(),
+                     [](const QString& word) { return word.startsWith(u"--pdf"); });
 }
 
 int runCommand(const QStringList& words) {

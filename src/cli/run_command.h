@@ -13,6 +13,10 @@ enum ExitStatus : int {
   kWrongWords = 2 // the words are wrong
 };
 
+/// Whether the command may have to lay out text itself: it needs a QGuiApplication then, without a
+/// display, in place of the QCoreApplication. words: as for runCommand.
+bool needsFonts(const QStringList& words);
+
 /// words: the program's arguments without its name, the command first. Needs a QCoreApplication.
 int runCommand(const QStringList& words);
 
