@@ -15,7 +15,7 @@ _tockwise() {
   local -A opt_args
   commands=(
 %1  )
-  _arguments -C \
+  _arguments -S -C \
     '(- *)'{-h,--help}'[print help]' \
     '(- *)--version[print the version]' \
     '1: :->command' \
@@ -65,7 +65,7 @@ QString stateName(const CommandSpec& command, qsizetype position) {
 }
 
 QString commandCase(const CommandSpec& command) {
-  QString text = QStringLiteral("    %1)\n      _arguments -C").arg(QStringView(command.name));
+  QString text = QStringLiteral("    %1)\n      _arguments -S -C").arg(QStringView(command.name));
   for (const OptionSpec& option : command.options)
     text += QStringLiteral(" \\\n        ") + spec(command, option);
   text += QStringLiteral(" \\\n        '(- *)--help[print help]'");
