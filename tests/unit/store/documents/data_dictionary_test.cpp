@@ -300,7 +300,7 @@ class DataDictionaryTest : public QObject {
     QVERIFY(!dictionary.ok());
     QCOMPARE(dictionary.error().kind, Error::Kind::Damaged);
     QCOMPARE(dictionary.error().message,
-             QStringLiteral("it has 3 reminders and only 2 elements of %1").arg(key));
+             QStringLiteral("its %1 reaches 2 of 3 reminders").arg(key));
   }
 
   void anArrayThatDoesNotReachANewReminderIsDamageAndMergesNothing_data() {
