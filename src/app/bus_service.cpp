@@ -33,6 +33,12 @@ template <typename T> T replyTo(const QDBusMessage& message, const Result<T>& re
     return *result;
 }
 
+Result<QVariantMap> reportMap(const Result<DocumentReport>& report) {
+  if (!report)
+    return report.error();
+  return report->toMap();
+}
+
 } // namespace
 
 CommandAdaptor::CommandAdaptor(QObject* parent, AppController& controller)
@@ -67,6 +73,50 @@ QString CommandAdaptor::Delete(const QString& reminder, const QDBusMessage& mess
 
 void CommandAdaptor::Clear(const QDBusMessage& message) {
   replyTo(message, m_controller.commands().clear());
+}
+
+void CommandAdaptor::Save(const QString& path, const QDBusMessage& message) {
+  replyTo(message, m_controller.commands().documents().save(path));
+}
+
+QVariantMap CommandAdaptor::Open(const QString& path, bool yes, const QVariantMap& options,
+                                 const QDBusMessage& message) {
+  DocumentCommands& documents = m_controller.commands().documents();
+  const auto tasks = tasksOption(options);
+  if (!tasks)
+    return replyTo<QVariantMap>(message, tasks.error());
+  if (yes)
+    return replyTo(message, reportMap(documents.open(path, *tasks)));
+  if (!options.isEmpty()) // the question has its own review of the tasks
+    return replyTo<QVariantMap>(
+        message, Error{Error::Kind::Usage, QStringLiteral("--no-tasks goes with --yes")});
+  if (const auto checked = documents.check(path); !checked)
+    return replyTo<QVariantMap>(message, checked.error());
+  askToOpen(path, message);
+  return {};
+}
+
+// The question may stay open for long: the caller waits, the bus does not.
+void CommandAdaptor::askToOpen(const QString& path, const QDBusMessage& message) {
+  message.setDelayedReply(true);
+  QMetaObject::invokeMethod(
+      this,
+      [this, path, message] {
+        const Error refused{Error::Kind::Refused,
+                            QStringLiteral("the reminders were not replaced")};
+        const bool opened = m_controller.documents().askOpenFile(path);
+        QDBusConnection::sessionBus().send(opened ? message.createReply(QVariantMap())
+                                                  : errorReply(message, refused));
+      },
+      Qt::QueuedConnection);
+}
+
+QVariantMap CommandAdaptor::Merge(const QString& path, const QVariantMap& options,
+                                  const QDBusMessage& message) {
+  const auto tasks = tasksOption(options);
+  if (!tasks)
+    return replyTo<QVariantMap>(message, tasks.error());
+  return replyTo(message, reportMap(m_controller.commands().documents().merge(path, *tasks)));
 }
 
 QString CommandAdaptor::Menu() {

@@ -30,6 +30,13 @@ constexpr std::span kAddOptions = kEditOptions.first(kEditOptions.size() - 1);
 constexpr std::array kJsonOption{OptionSpec{u"json", false, u"print one JSON value"}};
 constexpr std::array kYesOption{OptionSpec{u"yes", false, u"answer every question with Yes"}};
 
+constexpr std::array kOpenOptions{
+    OptionSpec{u"yes", false, u"answer the question with OK"},
+    OptionSpec{u"no-tasks", false, u"with --yes: run and open nothing that the document brings"},
+};
+constexpr std::array kMergeOptions{
+    OptionSpec{u"no-tasks", false, u"run and open nothing that the document brings"}};
+
 constexpr CommandSpec kCommands[] = {
     {u"add", u"(TEXT | --rich FILE) (--at WHEN | --in TIME) [options]",
      u"appends a reminder; prints its identifier", 1, 1, kAddOptions, u"rich"},
@@ -39,6 +46,13 @@ constexpr CommandSpec kCommands[] = {
      kEditOptions},
     {u"delete", u"UUID|N", u"removes a reminder", 1, 1, {}},
     {u"clear", u"--yes", u"removes every reminder", 0, 0, kYesOption},
+    {u"save", u"FILE", u"writes the queue as a reminders document", 1, 1, {}},
+    {u"open", u"FILE [--yes [--no-tasks]]",
+     u"replaces the queue by a document, once the running application has asked or with --yes", 1,
+     1, kOpenOptions},
+    {u"merge", u"FILE [--no-tasks]",
+     u"adds the reminders of a document that are not there yet; prints how many", 1, 1,
+     kMergeOptions},
     {u"menu", u"[--json]", u"the status menu as it would be shown now", 0, 0, kJsonOption},
     {u"alerts", u"[--json] | ok|again|delete|show|hide|ok-all [N]",
      u"the open alerts of the running application, and what to do with them", 0, 2, kJsonOption},

@@ -8,6 +8,7 @@
 #include "cli/store_backend.h"
 #include "prefs/setting_table.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QLoggingCategory>
@@ -87,6 +88,11 @@ Printed printReply(Backend& backend, const QString& method, const QVariantList& 
   return text.isEmpty() ? text : text + u'\n';
 }
 
+// The application has a folder of its own.
+QString documentPath(const Invocation& words) {
+  return QDir::current().absoluteFilePath(words.arguments.value(0));
+}
+
 Printed silently(const Printed& printed) {
   return printed ? Printed(QString()) : printed;
 }
@@ -159,6 +165,41 @@ Printed runClear(Backend& backend, const Invocation& words) {
   return printReply(backend, QStringLiteral("Clear"), {});
 }
 
+// What of a document runs or opens something by itself is told beside what the command prints.
+void warnOfTasks(const QVariantMap& report) {
+  const QStringList tasks = report.value(QStringLiteral("tasks")).toStringList();
+  for (const QString& task : tasks)
+    print(stderr, QStringLiteral("tockwise: ") + task + u'\n');
+  const qlonglong more = report.value(QStringLiteral("taskCount")).toLongLong() - tasks.size();
+  if (more > 0)
+    print(stderr, QStringLiteral("tockwise: and %1 more\n").arg(more));
+}
+
+Printed runOpen(Backend& backend, const Invocation& words) {
+  if (!words.yes && !words.reminderOptions.isEmpty()) {
+    return Error{Error::Kind::Usage, QStringLiteral("--no-tasks goes with --yes: without it, the "
+                                                    "application lets you choose")};
+  }
+  const auto reply =
+      backend.call(QStringLiteral("Open"), {documentPath(words), words.yes, words.reminderOptions});
+  if (!reply)
+    return reply.error();
+  warnOfTasks(reply->toMap());
+  return QString();
+}
+
+Printed runMerge(Backend& backend, const Invocation& words) {
+  const auto reply =
+      backend.call(QStringLiteral("Merge"), {documentPath(words), words.reminderOptions});
+  if (!reply)
+    return reply.error();
+  const QVariantMap report = reply->toMap();
+  warnOfTasks(report);
+  return QStringLiteral("%1 merged, %2 existed\n")
+      .arg(report.value(QStringLiteral("merged")).toLongLong())
+      .arg(report.value(QStringLiteral("existed")).toLongLong());
+}
+
 Printed carryOut(Backend& backend, const Invocation& words) {
   const QString name = QString::fromUtf16(words.command->name);
   const QString first = words.arguments.value(0);
@@ -181,6 +222,12 @@ Printed carryOut(Backend& backend, const Invocation& words) {
     return runPrefs(backend, words);
   if (name == u"clear")
     return runClear(backend, words);
+  if (name == u"save")
+    return printReply(backend, QStringLiteral("Save"), {documentPath(words)});
+  if (name == u"open")
+    return runOpen(backend, words);
+  if (name == u"merge")
+    return runMerge(backend, words);
   return runQuit(backend, words);
 }
 

@@ -1,278 +1,135 @@
 #!/usr/bin/python3
-"""Reminders documents with the running program: saved and opened from the menu, opened by name, by
-the desktop and by a drop, with alerts beside it all."""
+"""Reminders documents from the command line, with and without the running application."""
 
-from drag_source import DragSource
-from gi.repository import GLib
+import os
+import subprocess
+
+from bus import GLib
+from document_contract import DocumentContract
+from documents import reminder, rows
 from harness import SystemTest, main
-from panel_menu import PanelMenu
-from session import NAME, PATH, PROGRAM
-
-SAVE = "Save Reminders"
-CHOOSE = "Choose a file"
-REVIEW = "Review Tasks"
+from session import INTERFACE, NAME, PATH, PROGRAM
 
 
-class Documents:
-    """What a user does with documents; beside SystemTest."""
+class DocumentsWithoutApplication(DocumentContract, SystemTest):
+    SESSION = {"display": False}
 
-    def window(self, title):
-        return self.session.desktop.window_titled(title)
+    def test_opening_without_yes_is_refused(self):
+        self.add("Tea", "--at", "2031-03-04 09:05")
+        path = self.write_document(reminder("Milk"))
+        self.assertIn("--yes", self.run_command("open", path, status=1))
+        self.assertEqual(self.texts(), ["Tea"])
 
-    def wait_for_window(self, title):
-        """The window of that title, with the keyboard."""
-        window = self.wait_for(lambda: self.window(title), title)
-        self.session.desktop.activate(window)
-        self.wait_for(lambda: self.session.desktop.active_window() == window.identifier,
-                      f"the keyboard of {title}")
-        return window
+    def test_a_full_disk_leaves_the_old_document_whole(self):
+        for number in range(30):
+            self.add(f"reminder {number}", "--at", "2031-03-04 09:05")
+        path = self.session.home / "a.tockwise"
+        path.write_bytes(b"old")
+        done = self.run_with_small_files("save", str(path), bytes_each=512)
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertIn(str(path), done.stderr)
+        self.assertEqual(len(done.stderr.splitlines()), 1)
+        self.assertEqual(path.read_bytes(), b"old")
+        self.assertEqual([name for name in os.listdir(self.session.home) if "writing" in name], [])
+
+    def test_a_change_that_does_not_fit_on_the_disk_is_lost_with_an_error_and_nothing_else(self):
+        self.add("Tea", "--at", "2031-03-04 09:05")
+        stored = self.session.store.read_bytes()
+        path = self.write_document(*(reminder(f"reminder {number}") for number in range(50)))
+        for words in (["open", path, "--yes"], ["merge", path]):
+            done = self.run_with_small_files(*words, bytes_each=512)
+            self.assertEqual((done.returncode, done.stdout), (1, ""), done.stderr)
+        self.assertEqual(self.session.store.read_bytes(), stored)
+        self.assertEqual(self.texts(), ["Tea"])
+
+
+class DocumentsWithApplication(DocumentContract, SystemTest):
+    SESSION = {"tray": "status-notifier"}
+
+    def setUp(self):
+        super().setUp()
+        self.session.start_application()
 
     def question(self):
-        return next((window for window in self.session.desktop.windows()
-                     if window.title == "Tockwise" and not window.plain
-                     and 100 < window.height < 300), None)
+        return next(iter(self.session.desktop.windows()), None)
 
     def answer(self, key):
-        """Presses the key in the question that is open, and waits for its end."""
-        question = self.wait_for(self.question, "the question")
-        self.session.desktop.activate(question)
-        self.wait_for(lambda: self.session.desktop.active_window() == question.identifier,
-                      "the question's keyboard")
+        box = self.wait_for(self.question, "the question")
+        self.session.desktop.activate(box)
+        self.wait_for(lambda: self.session.desktop.active_window() == box.identifier, "its focus")
         self.session.desktop.press(key)
-        self.wait_for(lambda: not self.question()
-                      or self.question().identifier != question.identifier, "the question's end")
 
-    def name_in_panel(self, title, name):
-        """Types the name into the panel of that title and confirms."""
-        self.wait_for_window(title)
-        self.session.desktop.press("a", "Control_L")
-        for position, part in enumerate(name.split(".")):
-            if position:
-                self.session.desktop.press("period")
-            self.session.desktop.type(part)
-        self.session.desktop.press("Return")
-        self.wait_for(lambda: not self.window(title), "the panel's end")
+    def ask_to_open(self, path):
+        asking = subprocess.Popen([PROGRAM, "open", path], env=self.session.environment,
+                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                  encoding="utf-8")
+        self.addCleanup(asking.kill)
+        return asking
 
-    def write_document(self, name, *texts):
-        """A document with these reminders, made by the program; the queue is empty afterwards."""
-        for text in texts:
-            self.add(text, "--in", "2 Hours")
-        return self.save_as(name)
-
-    def save_as(self, name):
-        self.menu.choose("Save Reminders...")
-        self.name_in_panel(SAVE, name)
-        path = self.session.home / f"{name}.tockwise"
-        self.wait_for(path.exists, "the document")
-        self.wait_for(lambda: f"Saved '{path}'" in self.session.log(), "the line in the log")
-        self.run_command("clear", "--yes")
-        return path
-
-    def ask_to_open(self, *uris):
-        """As a file manager does; it is answered at once."""
-        self.session.bus.call(NAME, PATH, "org.freedesktop.Application", "Open",
-                              GLib.Variant("(asa{sv})", (list(uris), {})))
-
-    def alert(self, text):
-        return next((window for window in self.session.desktop.windows()
-                     if text in window.title and window.role == "alert"), None)
-
-
-class FromMenu(Documents, SystemTest):
-    SESSION = {"tray": "status-notifier"}
-
-    def setUp(self):
-        super().setUp()
-        self.session.start_application()
-        self.menu = PanelMenu(self.session)
-
-    def test_what_was_saved_is_opened_again(self):
-        self.add("Tea", "--in", "2 Hours", "--every", "day", "--before", "0,1,0")
-        self.add("Coffee", "--in", "3 Hours")
-        before = self.reminders()
-        self.save_as("mine")
-        self.add("Something else", "--in", "1 Hour")
-        self.menu.choose("Open Reminders...")
-        self.name_in_panel(CHOOSE, "mine.tockwise")
-        self.answer("Return")
-        self.wait_for(lambda: len(self.texts()) == 2, "the reminders of the document")
-        self.assertEqual(self.reminders(), before)
-
-    def test_a_document_is_replaced_only_after_a_question(self):
-        path = self.write_document("mine", "Tea")
-        before = path.read_bytes()
-        self.add("Coffee", "--in", "1 Hour")
-        self.menu.choose("Save Reminders...")
-        self.wait_for_window(SAVE)
-        self.session.desktop.press("a", "Control_L")
-        self.session.desktop.type("mine")
-        self.session.desktop.press("Return")
-        box = self.wait_for(lambda: next(
-            (window for window in self.session.desktop.windows()
-             if SAVE in window.title and window.height < 250), None), "the panel's question")
-        self.wait_for(lambda: self.session.desktop.active_window() == box.identifier,
-                      "its keyboard")
-        self.session.desktop.press("Escape")
-        self.wait_for_window(SAVE)
-        self.session.desktop.press("Escape")
-        self.wait_for(lambda: not self.window(SAVE), "the panel's end")
-        self.assertEqual(path.read_bytes(), before)
-
-    def test_an_alert_is_used_while_the_open_panel_is_open(self):
-        self.menu.choose("Open Reminders...")
-        self.wait_for_window(CHOOSE)
-        signals = self.record()
-        self.add("soup", "--at", "2001-01-01 00:00")
-        self.wait_for_signal(signals, "AlertOpened")
-        alert = self.wait_for(lambda: self.alert("soup"), "the alert")
-        self.session.desktop.activate(alert)
-        self.wait_for(lambda: self.session.desktop.active_window() == alert.identifier,
-                      "the alert's keyboard")
-        self.dismiss(alert)
-        self.wait_for_signal(signals, "AlertClosed")
-        self.assertTrue(self.window(CHOOSE))
-        self.menu.choose("Open Reminders...")  # brings the panel back, and makes no second one
-        self.wait_for_window(CHOOSE)
-        self.assertEqual(sum(CHOOSE in window.title for window in self.session.desktop.windows()),
-                         1)
-
-    def dismiss(self, alert):
-        """With the keyboard, which rests for a moment after the alert was given it."""
-        self.session.desktop.click(alert.x + alert.width // 2, alert.y + 20)
-
-        def closed():
-            self.session.desktop.press("Return")
-            return not self.alert("soup")
-        self.wait_for(closed, "the alert's end")
-
-    def test_what_a_document_would_run_is_reviewed(self):
-        self.add("Back up", "--in", "2 Hours", "--task", "script:/home/me/back-up.sh")
-        self.add("Meeting", "--in", "3 Hours", "--task", "web:example.org")
-        path = self.save_as("mine")
-        self.ask_to_open(path.as_uri())
-        self.answer("Return")
-        self.wait_for_window(REVIEW)
-        self.session.desktop.press("Escape")
-        self.wait_for(lambda: not self.window(REVIEW), "the window's end")
-        self.assertEqual(self.texts(), [])
-        self.ask_to_open(path.as_uri())
-        self.answer("Return")
-        self.wait_for_window(REVIEW)
-        self.session.desktop.press("o", "Alt_L")
-        self.wait_for(lambda: len(self.texts()) == 2, "the reminders")
-        tasks = {each["reminderDescriptions"]: each["reminderTasks"] for each in self.reminders()}
-        self.assertEqual(tasks["Back up"], {"nil": "nil"})
-        self.assertEqual(tasks["Meeting"]["path"], "example.org")
-
-
-class FromDesktop(Documents, SystemTest):
-    SESSION = {"tray": "status-notifier"}
-
-    def setUp(self):
-        super().setUp()
-        self.session.start_application()
-        self.menu = PanelMenu(self.session)
-        self.document = self.write_document("mine", "Tea")
-
-    def test_the_desktop_is_answered_whatever_the_user_says(self):
-        self.add("Coffee", "--in", "1 Hour")
-        self.ask_to_open(self.document.as_uri())
-        self.answer("Escape")
-        self.assertEqual(self.texts(), ["Coffee"])
-        self.ask_to_open("https://example.org/mine.tockwise", "file://elsewhere/mine.tockwise")
-        self.wait_for(lambda: self.session.log().count("no file on this machine") == 2, "the log")
-        self.assertFalse(self.question())
-
-    def test_several_files_are_asked_about_one_after_another(self):
-        other = self.write_document("other", "Coffee")
-        self.ask_to_open(self.document.as_uri(), other.as_uri())
-        self.answer("Return")
-        self.wait_for(lambda: self.texts() == ["Tea"], "the first document")
-        self.answer("Return")
-        self.wait_for(lambda: self.texts() == ["Coffee"], "the second document")
-
-    def test_a_file_that_is_no_archive_changes_nothing(self):
-        diary = self.session.home / "diary.tockwise"
-        diary.write_text("Dear diary,\n", encoding="utf-8")
-        self.add("Coffee", "--in", "1 Hour")
-        self.ask_to_open(diary.as_uri())
-        self.answer("Return")
-        self.wait_for(lambda: f"Cannot open {diary}" in self.session.log(), "the log")
-        self.assertEqual(self.texts(), ["Coffee"])
-        self.assertFalse(self.question())
-
-    def test_alerts_make_room_for_the_question(self):
-        signals = self.record()
-        self.add("soup", "--at", "2001-01-01 00:00")
-        self.wait_for_signal(signals, "AlertOpened")
-        self.wait_for(lambda: self.alert("soup"), "the alert")
-        self.ask_to_open(self.document.as_uri())
+    def test_opening_without_yes_asks_in_the_application(self):
+        self.add("Tea", "--at", "2031-03-04 09:05")
+        asking = self.ask_to_open(self.write_document(reminder("Milk")))
         self.wait_for(self.question, "the question")
-        self.assertFalse(self.alert("soup"))
+        self.assertEqual(self.texts(), ["Tea"])
+        self.answer("Return")
+        self.assertEqual(asking.communicate(timeout=20), ("", ""))
+        self.assertEqual(asking.returncode, 0)
+        self.assertEqual(self.texts(), ["Milk"])
+
+    def test_a_question_that_is_cancelled_fails_and_changes_nothing(self):
+        self.add("Tea", "--at", "2031-03-04 09:05")
+        asking = self.ask_to_open(self.write_document(reminder("Milk")))
         self.answer("Escape")
-        self.wait_for(lambda: self.alert("soup"), "the alert again")
+        output, errors = asking.communicate(timeout=20)
+        self.assertEqual((asking.returncode, output), (1, ""))
+        self.assertIn("not replaced", errors)
+        self.assertEqual(self.texts(), ["Tea"])
 
-    def test_a_file_named_on_the_command_line_is_opened_by_the_running_application(self):
-        self.run_command("mine.tockwise", cwd=self.session.home)
-        self.answer("Return")
-        self.wait_for(lambda: self.texts() == ["Tea"], "the reminders")
+    def test_what_cannot_be_opened_is_not_asked_about(self):
+        path = self.write("damaged.tockwise", b"Dear diary")
+        self.assertIn(path, self.run_command("open", path, status=1))
+        self.assertIsNone(self.question())
 
-    def test_a_file_named_on_the_command_line_starts_the_application(self):
-        self.session.quit_application()
-        self.session.application = self.session.spawn(PROGRAM, self.document.as_uri(),
-                                                      log="tockwise")
-        self.answer("Return")
-        self.wait_for(lambda: self.texts() == ["Tea"], "the reminders")
+    def test_a_change_is_announced_and_on_the_disk_at_once(self):
+        signals = self.record()
+        self.run_command("merge", self.write_document(reminder("Tea")))
+        self.wait_for_signal(signals, "QueueChanged")
+        self.session.application.kill()
+        self.session.wait_for_end()
+        self.wait_for(lambda: not self.session.is_running(), "the end on the bus")
+        self.assertEqual(self.texts(), ["Tea"])
 
-    def test_a_file_that_is_not_there_is_one_line(self):
-        for word in ("nothing.tockwise", "file:///nothing"):
-            self.assertIn("there is no file", self.run_command(word, status=1))
-        self.run_command("mine.tockwise", "nothing.tockwise", status=1, cwd=self.session.home)
-        self.assertIn("no command", self.run_command("nothing", status=2))
-        self.assertFalse(self.question())
+    def test_a_reminder_of_a_document_that_fell_due_fires(self):
+        signals = self.record()
+        path = self.write_document(reminder("Tea", reminderUUID="A"))
+        data = reminder("Milk", reminderUUID="B")
+        data["reminderQueue"] = type(data["reminderQueue"])(0.0)
+        self.run_command("open", path, "--yes")
+        self.run_command("merge", self.write_document(data))
+        self.assertEqual(self.wait_for_signal(signals, "AlertOpened")[1], ("B",))
 
-    def test_the_bus_starts_the_application_to_open_a_file(self):
-        self.session.quit_application()
-        self.session.let_the_bus_start_it()
-        self.addCleanup(lambda: self.session.tockwise("quit", "--yes"))
-        self.session.bus.call(NAME, PATH, "org.freedesktop.Application", "Open",
-                              GLib.Variant("(asa{sv})", ([self.document.as_uri()], {})),
-                              seconds=20, start=True)
-        self.answer("Return")
-        self.wait_for(lambda: self.texts() == ["Tea"], "the reminders")
-
-
-class Dropped(Documents, SystemTest):
-    SESSION = {}
-
-    def setUp(self):
-        super().setUp()
-        self.session.start_application()
-
-    def menu_window(self):
-        return next((window for window in self.session.desktop.windows()
-                     if window.role != "alert" and window.height > 400), None)
-
-    def drag(self, *paths):
-        source = DragSource(self.session.environment["DISPLAY"], paths)
-        self.addCleanup(source.stop)
-        return source
-
-    def test_a_document_is_dropped_on_the_menu(self):
-        self.session.tockwise()
-        window = self.wait_for(self.menu_window, "the menu's window")
-        diary = self.session.home / "my diary.tockwise"
-        diary.write_text("Dear diary,\n", encoding="utf-8")
-        source = self.drag(diary)
-        self.assertTrue(source.drag_over(window))
-        self.assertTrue(source.drop_on(window))
-        self.answer("Return")
-        self.wait_for(lambda: f"Cannot open {diary}" in self.session.log(), "the log")
-
-    def test_another_file_is_not_taken(self):
-        self.session.tockwise()
-        window = self.wait_for(self.menu_window, "the menu's window")
-        self.assertFalse(self.drag(self.session.home / "notes.txt").drag_over(window))
+    def test_the_methods_on_the_bus(self):
+        def call(method, signature, *arguments):
+            return self.session.bus.call(NAME, PATH, INTERFACE, method,
+                                         GLib.Variant(signature, arguments))
+        given = self.write_document(
+            reminder("Tea", reminderTasks={"type": 4, "path": "/bin/true"}), reminder("Milk"))
+        expected = {"merged": 2, "existed": 0, "taskCount": 1,
+                    "tasks": ['"Tea" runs the script /bin/true']}
+        self.assertEqual(call("Merge", "(sa{sv})", given, {}), (expected,))
+        self.assertEqual(call("Open", "(sba{sv})", given, True, {}), (expected,))
+        no_tasks = {"tasks": GLib.Variant("b", False)}
+        self.assertEqual(call("Open", "(sba{sv})", given, True, no_tasks),
+                         (expected | {"taskCount": 0, "tasks": []},))
+        path = self.session.home / "b.tockwise"
+        self.assertEqual(call("Save", "(s)", str(path)), ())
+        self.assertEqual(len(rows(path.read_bytes())), 2)
+        for method, signature, arguments in (
+                ("Save", "(s)", ("b.tockwise",)), ("Merge", "(sa{sv})", ("b.tockwise", {})),
+                ("Open", "(sba{sv})", (given, False, no_tasks)),
+                ("Open", "(sba{sv})", (given, True, {"other": GLib.Variant("b", True)}))):
+            with self.assertRaisesRegex(GLib.Error, "Error.Usage"):
+                call(method, signature, *arguments)
 
 
 if __name__ == "__main__":

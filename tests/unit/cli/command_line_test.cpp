@@ -15,10 +15,31 @@ class CommandLineTest : public QObject {
  private Q_SLOTS:
   void wrongWordsAreUsageErrors_data() {
     QTest::addColumn<QStringList>("words");
-    for (const char* text :
-         {"", "nonsense", "add", "add a b --in x", "add a --in", "add a --whatever", "add a --json",
-          "add a --text b", "list 1", "show", "show 1 2", "delete", "delete 1 --yes", "quit now",
-          "menu --json=1", "edit", "list -x", "add a b --rich f --in x", "edit --rich f"})
+    for (const char* text : {"",
+                             "nonsense",
+                             "add",
+                             "add a b --in x",
+                             "add a --in",
+                             "add a --whatever",
+                             "add a --json",
+                             "add a --text b",
+                             "list 1",
+                             "show",
+                             "show 1 2",
+                             "delete",
+                             "delete 1 --yes",
+                             "quit now",
+                             "menu --json=1",
+                             "edit",
+                             "list -x",
+                             "add a b --rich f --in x",
+                             "edit --rich f",
+                             "save",
+                             "save a b",
+                             "save a --yes",
+                             "open",
+                             "merge",
+                             "merge a --yes"})
       QTest::newRow(text) << words(text);
   }
   void wrongWordsAreUsageErrors() {
