@@ -1,7 +1,9 @@
 #include "prefs/ui/quick_remind_pane.h"
 
+#include "editor/toned_label.h"
 #include "prefs/quick_time.h"
 #include "prefs/ui/quick_remind_list.h"
+#include "prefs/ui/reorder_list.h"
 #include "ui_QuickRemindPane.h"
 
 #include <QShortcut>
