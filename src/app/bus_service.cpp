@@ -4,10 +4,14 @@
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/command_service.h"
+#include "app/desktop_facts.h"
 #include "app/json.h"
 #include "base/log.h"
+#include "engine/task_runner.h"
+#include "store/documents/document_location.h"
 
 #include <QDBusConnectionInterface>
+#include <QDir>
 
 namespace tockwise {
 namespace {
@@ -105,6 +109,10 @@ QVariantMap CommandAdaptor::ListPreferences() {
   return map;
 }
 
+QString CommandAdaptor::Doctor() {
+  return jsonText(checksToJson(m_controller.desktopChecks()));
+}
+
 bool CommandAdaptor::Quit(bool yes, const QDBusMessage& message) {
   // The question may stay open for long: the caller waits, the bus does not.
   message.setDelayedReply(true);
@@ -127,6 +135,29 @@ void CommandAdaptor::ShowMenu() {
   m_controller.showMenu();
 }
 
+void CommandAdaptor::Print(bool alerts) {
+  // The preview stays open for long: the caller is not to wait for it.
+  Printing* printing = &m_controller.printing();
+  QMetaObject::invokeMethod(
+      printing, [=] { alerts ? printing->printAllCurrentAlerts() : printing->print(); },
+      Qt::QueuedConnection);
+}
+
+void CommandAdaptor::PrintPDF(const QString& path, bool alerts, const QDBusMessage& message) {
+  if (QDir::isRelativePath(path)) {
+    replyTo(message, Result<void>(Error{Error::Kind::Usage,
+                                        QStringLiteral("%1 is no absolute path").arg(path)}));
+    return;
+  }
+  message.setDelayedReply(true);
+  m_controller.printing().savePDF(alerts ? Printing::Document::Alerts : Printing::Document::Queue,
+                                  path, [message](const Result<void>& saved) {
+                                    QDBusConnection::sessionBus().send(
+                                        saved ? message.createReply()
+                                              : errorReply(message, saved.error()));
+                                  });
+}
+
 ApplicationAdaptor::ApplicationAdaptor(QObject* parent, AppController& controller)
     : QDBusAbstractAdaptor(parent), m_controller(controller) {}
 
@@ -134,10 +165,22 @@ void ApplicationAdaptor::Activate(const QVariantMap&) {
   m_controller.showMenu();
 }
 
+// The platform is never told that opening failed, and never waits for the user's answer.
 void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&) {
-  for (const QString& uri : uris)
-    logLine(QStringLiteral("Cannot open %1: documents are not supported yet").arg(uri));
-  m_controller.showMenu();
+  if (uris.isEmpty())
+    m_controller.showMenu();
+  for (const QString& uri : uris) {
+    const auto path = localPathOf(uri);
+    if (!path) {
+      logLine(QStringLiteral("Cannot open '%1': this is no file on this machine")
+                  .arg(harmlessLine(uri)));
+      continue;
+    }
+    QMetaObject::invokeMethod(
+        &m_controller.documents(),
+        [documents = &m_controller.documents(), path = *path] { documents->openFile(path); },
+        Qt::QueuedConnection);
+  }
 }
 
 void ApplicationAdaptor::ActivateAction(const QString& name, const QVariantList&,

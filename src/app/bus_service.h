@@ -31,8 +31,11 @@ class CommandAdaptor final : public QDBusAbstractAdaptor {
   QString GetPreference(const QString& key, const QDBusMessage& message);
   void SetPreference(const QString& key, const QStringList& values, const QDBusMessage& message);
   QVariantMap ListPreferences();
+  QString Doctor();
   bool Quit(bool yes, const QDBusMessage& message);
   void ShowMenu();
+  void Print(bool alerts);
+  void PrintPDF(const QString& path, bool alerts, const QDBusMessage& message);
 
  Q_SIGNALS:
   void QueueChanged();

@@ -10,7 +10,8 @@ constexpr std::array kReminderOptions{
     OptionSpec{u"at", true, u"'YYYY-MM-DD HH:MM', local time"},
     OptionSpec{u"in", true, u"'1 Day 2 Hours 30 Minutes' from now"},
     OptionSpec{u"every", true,
-               u"month, week, day, hour, minute, never or MONTHS,DAYS,HOURS,MINUTES"},
+               u"month, week, day, hour, minute, never or MONTHS,DAYS,HOURS,MINUTES",
+               u"month week day hour minute never"},
     OptionSpec{u"days", true, u"the weekdays on which it may alert: Sun,Mon,..."},
     OptionSpec{u"between", true, u"the time of day in which it may alert: HH:MM-HH:MM"},
     OptionSpec{u"before", true, u"DAYS,HOURS,MINUTES of advance notice"},
@@ -28,6 +29,10 @@ constexpr std::span kEditOptions{kReminderOptions};
 constexpr std::span kAddOptions = kEditOptions.first(kEditOptions.size() - 1);
 
 constexpr std::array kJsonOption{OptionSpec{u"json", false, u"print one JSON value"}};
+constexpr std::array kPrintOptions{
+    OptionSpec{u"alerts", false, u"the open alerts of the running application, not the queue"},
+    OptionSpec{u"pdf", true, u"the file to write; one that is there is overwritten"},
+};
 constexpr std::array kYesOption{OptionSpec{u"yes", false, u"answer every question with Yes"}};
 
 constexpr CommandSpec kCommands[] = {
@@ -43,6 +48,11 @@ constexpr CommandSpec kCommands[] = {
     {u"alerts", u"[--json] | ok|again|delete|show|hide|ok-all [N]",
      u"the open alerts of the running application, and what to do with them", 0, 2, kJsonOption},
     {u"prefs", u"get KEY | set KEY VALUE... | list", u"settings", 1, -1, {}},
+    {u"doctor", u"[--json]", u"what works on this desktop, and what to do about the rest", 0, 0,
+     kJsonOption},
+    {u"print", u"[--alerts] [--pdf FILE]",
+     u"opens the print preview of the running application, or writes its pages to a PDF file", 0, 0,
+     kPrintOptions},
     {u"quit", u"[--yes]", u"ends the running application", 0, 0, kYesOption},
 };
 

@@ -5,6 +5,8 @@
 #include "app/menu_source.h"
 #include "app/offline_order.h"
 #include "app/old_text_conversion.h"
+#include "print/print_job.h"
+#include "print/printing.h"
 
 #include <functional>
 #include <map>
@@ -74,6 +76,14 @@ Result<QVariant> StoreBackend::call(const QString& method, const QVariantList& a
     return known->second(*m_commands, arguments);
   if (method == u"Menu")
     return QVariant(jsonText(menuToJson(menuWithoutApplication(*m_store))));
+  if (method == u"PrintPDF" && arguments[1].toBool()) {
+    return Error{Error::Kind::Unavailable,
+                 QStringLiteral("Tockwise is not running: no alerts are open")};
+  }
+  if (method == u"PrintPDF") {
+    const auto PDF = queueAsPDF(*m_store);
+    return reply(PDF ? writeWholeFile(arguments[0].toString(), *PDF) : Result<void>(PDF.error()));
+  }
   return Error{Error::Kind::Unavailable, QStringLiteral("Tockwise is not running")};
 }
 

@@ -14,8 +14,12 @@ class KeyGrabber:
         self.refusals = []
         self._display.screen().root.grab_key(
             code, X.ControlMask | X.Mod4Mask, False, X.GrabModeAsync, X.GrabModeAsync,
-            onerror=lambda error, _: self.refusals.append(error))
+            onerror=self._note)
         self._display.sync()
+
+    def _note(self, error, _request):
+        self.refusals.append(error)
+        return True  # do not print it
 
     def close(self):
         self._display.close()

@@ -6,11 +6,11 @@ import subprocess
 from editors import Editors
 from harness import SystemTest, main
 from key_grabber import KeyGrabber
+from stores import write_store
 from waiting import watch_for
 from Xlib import X, Xutil, display
 
 HOT = ("Control_L", "Super_L")
-NEW_REMINDER = "New Reminder...\t\t\t^⌘M"
 QUIET = 0.7  # seconds in which what must not come would have come
 
 
@@ -26,15 +26,17 @@ class OtherProgram:
         self.window.set_wm_name("Other")
         self.window.set_wm_class("other", "Other")
         self.window.set_wm_hints(flags=Xutil.InputHint, input=1)
+        self._keys = 0
+
+    def show(self):
         self.window.map()
         self._display.sync()
 
     def keys(self):
-        """How many keys it was given since it was asked last."""
-        count = 0
+        """How many keys it was given."""
         while self._display.pending_events():
-            count += self._display.next_event().type == X.KeyPress
-        return count
+            self._keys += self._display.next_event().type == X.KeyPress
+        return self._keys
 
     def close(self):
         self._display.close()
@@ -45,6 +47,7 @@ class HotKeys(Editors, SystemTest):
 
     def setUp(self):
         super().setUp()
+        write_store(self.session, [], showUndoChangesAlert=False)
         self.desktop = self.session.desktop
         self.other = OtherProgram(self.session.environment["DISPLAY"])
         self.addCleanup(self.other.close)
@@ -57,9 +60,17 @@ class HotKeys(Editors, SystemTest):
         self.focus_other()
 
     def focus_other(self):
-        window = self.wait_for(lambda: self.desktop.window_titled("Other", "other"), "a window")
-        self.desktop.activate(window)
-        self.wait_for(lambda: self.desktop.active_window() == window.identifier, "its keyboard")
+        """Gives the other program the keyboard; again, while the window manager is just coming."""
+        def has_keyboard():
+            window = self.desktop.window_titled("Other", "other")
+            if not window:
+                self.other.show()
+            elif self.desktop.active_window() != window.identifier:
+                self.desktop.activate(window)
+            else:
+                return True
+            return False
+        self.wait_for(has_keyboard, "its keyboard")
 
     def is_grabbed(self, letter):
         """Whether another program is refused the key."""
@@ -91,7 +102,6 @@ class HotKeys(Editors, SystemTest):
         self.session.start_application()
         self.assertEqual(self.run_command("prefs", "get", "useGlobalHotKeys"), "NO\n")
         self.focus_other()
-        self.other.keys()
         self.press("m")
         watch_for(QUIET, self.editor, "an editor")
         self.assertEqual(self.other.keys(), 3, "whoever has the keyboard is given the key")
@@ -111,7 +121,6 @@ class HotKeys(Editors, SystemTest):
     # What they do.
     def test_the_editor_opens_once_and_has_the_keyboard(self):
         self.start()
-        self.other.keys()
         self.press("m")
         self.wait_for_editor("New Reminder")
         self.desktop.type("tea")
@@ -129,12 +138,17 @@ class HotKeys(Editors, SystemTest):
 
     def test_a_key_that_is_held_down_acts_once(self):
         self.start()
-        for letter in "ms":
-            self.desktop.hold(letter, *HOT)
-            self.wait_for_editor("New Reminder")
-            watch_for(1.5, lambda: self.count_editors() > 1, "a second editor")
-            self.desktop.let_go(letter, *HOT)
-        self.close_editor()
+        self.desktop.hold("a")
+        self.wait_for(lambda: self.other.keys() > 1, "a repeated key")
+        self.desktop.let_go("a")
+        self.desktop.hold("m", *HOT)
+        self.wait_for_editor("New Reminder")
+        watch_for(1.5, lambda: self.count_editors() > 1, "a second editor")
+        self.desktop.let_go("m", *HOT)
+        # Nobody presses a key in the millisecond in which it came up.
+        watch_for(0.1, lambda: self.count_editors() > 1, "a second editor")
+        self.press("m")
+        self.wait_for(lambda: self.count_editors() == 2, "the editor of another press")
 
     def count_editors(self):
         return len({window.identifier for window in self.desktop.windows()

@@ -104,8 +104,8 @@ KeyGrabs keyGrabs(xkb_keymap* keymap, uint32_t layout, const ModifierCodes& modi
   if (super == 0)
     super = XCB_MOD_MASK_4;
   grabs.modifiers = uint16_t(XCB_MOD_MASK_CONTROL | super);
-  const unsigned locks = XCB_MOD_MASK_LOCK |
-                         modifierOf(keymap, modifiers, {XKB_KEY_Num_Lock, XKB_KEY_Scroll_Lock});
+  const unsigned locks =
+      XCB_MOD_MASK_LOCK | modifierOf(keymap, modifiers, {XKB_KEY_Num_Lock, XKB_KEY_Scroll_Lock});
   grabs.locks = combinationsOf(uint16_t(locks & ~unsigned(grabs.modifiers)));
   return grabs;
 }
