@@ -33,7 +33,9 @@ bool saveServer(const PreferenceForm& form, const QString& port, Settings& setti
   bool authenticates = false;
   if (form.authenticationAD > 0) {
     const bool hasName = setUnlessEmpty(settings, "usernameAD", form.usernameAD);
-    const bool hasPassword = setUnlessEmpty(settings, "passwordAD", form.passwordAD);
+    // One that cannot be read now left its field empty; it is a password all the same.
+    const bool hasPassword = setUnlessEmpty(settings, "passwordAD", form.passwordAD) ||
+                             settings.isUnread(QStringLiteral("passwordAD"));
     authenticates = hasName && hasPassword;
   }
   if (!hasAddress || !hasServer)

@@ -17,7 +17,7 @@ QLabel* makeText(const QString& name, const QString& text) {
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
   alignWithWindow(*label);
-  label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   label->setAccessibleName(text);
   return label;
 }

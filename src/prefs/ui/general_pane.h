@@ -20,6 +20,7 @@ class GeneralPane final : public PreferencePane {
   ~GeneralPane() override;
 
   void gather(PreferenceForm& form) const override;
+  bool isEdited() const override { return m_loginItemChosen || PreferencePane::isEdited(); }
 
  private:
   void showState() override;

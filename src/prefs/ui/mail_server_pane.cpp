@@ -3,12 +3,11 @@
 #include "ui_MailServerPane.h"
 
 #include <QButtonGroup>
-#include <QIntValidator>
+#include <QRegularExpressionValidator>
 
 namespace tockwise {
 namespace {
 
-constexpr int kGreatestPort = 65535;
 constexpr int kBeat = 10; // seconds: the period is a multiple of it
 
 /// What an empty field means for a setting that has a value: it is kept.
@@ -24,11 +23,9 @@ MailServerPane::MailServerPane(const PreferenceSurroundings& surroundings, QWidg
       m_passwordHint(surroundings.passwordHint),
       m_ui(std::make_unique<Ui::MailServerPane>()) {
   m_ui->setupUi(this);
-  auto* ports = new QIntValidator(0, kGreatestPort, this);
-  QLocale digits = QLocale::c();
-  digits.setNumberOptions(QLocale::RejectGroupSeparator);
-  ports->setLocale(digits);
-  m_ui->serverPortField->setValidator(ports);
+  static const QRegularExpression ports(QStringLiteral(
+      "(6553[0-5]|655[0-2][0-9]|65[0-4][0-9]{2}|6[0-4][0-9]{3}|[1-5][0-9]{4}|[0-9]{1,4})?"));
+  m_ui->serverPortField->setValidator(new QRegularExpressionValidator(ports, this));
   controls().bind(QStringLiteral("emailAddressAD"), m_ui->emailAddressField,
                   &PreferenceForm::emailAddressAD);
   controls().bind(QStringLiteral("smtpServerNameAD"), m_ui->smtpServerNameField,

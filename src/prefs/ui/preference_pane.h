@@ -22,7 +22,8 @@ class PreferencePane : public QWidget {
   void saved();
   /// Puts what the pane shows into its part of the form.
   virtual void gather(PreferenceForm& form) const;
-  bool isEdited() const { return m_controls.isEdited(); }
+  /// Whether something is shown that saving would store.
+  virtual bool isEdited() const { return m_controls.isEdited(); }
 
  Q_SIGNALS:
   /// The user changed something that is stored when the preferences are saved.

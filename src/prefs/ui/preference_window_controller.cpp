@@ -28,7 +28,7 @@ namespace {
 constexpr QSize kSize{800, 660};
 constexpr int kWidestPane = 760;   // beyond it lines are too long to be read with ease
 constexpr QSize kIconSize{32, 18}; // with room on both sides
-constexpr QMargins kPaneMargins{24, 18, 24, 18};
+constexpr QMargins kPaneMargins{22, 18, 22, 18};
 constexpr int kListPadding = 18; // after the panes' titles
 constexpr int kListRowPadding = 14;
 
@@ -66,6 +66,7 @@ void PreferenceWindowController::makePanes() {
   m_editorPane = new EditorPane(m_surroundings);
   m_mailServerPane = new MailServerPane(m_surroundings);
   m_quickRemindPane = new QuickRemindPane(m_surroundings.settings, m_surroundings.prompter);
+  m_quickRemindPane->setProperty("setting", QStringLiteral("quickRemindMenuArray"));
   addPane(new GeneralPane(m_surroundings), QStringLiteral("General"));
   addPane(new AlertsPane(m_surroundings), QStringLiteral("Alerts"));
   addPane(new MenuPane(m_surroundings), QStringLiteral("Menu"));
@@ -79,6 +80,9 @@ void PreferenceWindowController::makePanes() {
   connect(m_editorPane, &EditorPane::browseRequested, this, &PreferenceWindowController::browse);
   connect(m_quickRemindPane, &QuickRemindPane::listChanged, this,
           &PreferenceWindowController::settingsWritten);
+  // Tab leads from the list through the pane that is shown to the buttons.
+  setTabOrder(previousInFocusChain(), m_ui->applyButton);
+  setTabOrder(m_ui->applyButton, m_ui->okButton);
   QListWidget& list = *m_ui->paneList;
   list.setIconSize(kIconSize);
   int width = 0;
@@ -103,7 +107,10 @@ void PreferenceWindowController::addPane(QWidget* pane, const QString& title) {
   auto* scroller = new QScrollArea;
   scroller->setFrameShape(QFrame::NoFrame);
   scroller->setWidgetResizable(true);
-  scroller->setFocusPolicy(Qt::NoFocus);
+  // What has nothing to type in is scrolled with the keys.
+  const bool hasFields = !qobject_cast<DesktopPane*>(pane);
+  scroller->setFocusPolicy(hasFields ? Qt::NoFocus : Qt::StrongFocus);
+  scroller->setAccessibleName(title);
   scroller->setWidget(pane);
   m_ui->tabView->addWidget(scroller);
   auto* item = new QListWidgetItem(title, m_ui->paneList);

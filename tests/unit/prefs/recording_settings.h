@@ -11,6 +11,7 @@ class RecordingSettings final : public Settings {
 
   Value value(const QString& key) const override { return m_memory.value(key); }
   bool isSet(const QString& key) const override { return m_memory.isSet(key); }
+  bool isUnread(const QString& key) const override { return m_memory.isUnread(key); }
   void setValue(const QString& key, Value value) override {
     calls += key;
     m_memory.setValue(key, std::move(value));
@@ -20,6 +21,8 @@ class RecordingSettings final : public Settings {
   void prepare(const char* key, Value value) {
     m_memory.setValue(QString::fromLatin1(key), std::move(value));
   }
+
+  void setUnread(const char* key) { m_memory.setUnread(QString::fromLatin1(key)); }
 
  private:
   MemorySettings m_memory;

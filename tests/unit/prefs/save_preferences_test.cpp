@@ -206,6 +206,16 @@ class SavePreferencesTest : public QObject {
     QCOMPARE(on("useADPrefsNoAuth"), !authenticates);
   }
 
+  void aPasswordThatCannotBeReadNowCounts() {
+    m_settings->setUnread("passwordAD");
+    save(serverForm(2, "me", ""));
+    QVERIFY(on("useADPrefs"));
+    QVERIFY(!on("useADPrefsNoAuth"));
+    QVERIFY(!wrote("passwordAD"));
+    save(serverForm(0, "me", ""));
+    QVERIFY(!on("useADPrefs"));
+  }
+
   void anIncompleteServerKeepsBothFlags_data() {
     QTest::addColumn<QString>("address");
     QTest::addColumn<QString>("server");
