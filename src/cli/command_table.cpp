@@ -33,6 +33,12 @@ constexpr std::array kYesOption{OptionSpec{u"yes", false, u"answer every questio
 constexpr CommandSpec kCommands[] = {
     {u"add", u"(TEXT | --rich FILE) (--at WHEN | --in TIME) [options]",
      u"appends a reminder; prints its identifier", 1, 1, kAddOptions, u"rich"},
+    {u"new",
+     u"",
+     u"opens the editor for a new reminder; starts the application if need be",
+     0,
+     0,
+     {}},
     {u"list", u"[--json]", u"the queue in its order", 0, 0, kJsonOption},
     {u"show", u"UUID|N [--json]", u"one reminder; N counts from 1", 1, 1, kJsonOption},
     {u"edit", u"UUID|N [options] [--text TEXT | --rich FILE]", u"changes a reminder", 1, 1,
@@ -42,7 +48,12 @@ constexpr CommandSpec kCommands[] = {
     {u"menu", u"[--json]", u"the status menu as it would be shown now", 0, 0, kJsonOption},
     {u"alerts", u"[--json] | ok|again|delete|show|hide|ok-all [N]",
      u"the open alerts of the running application, and what to do with them", 0, 2, kJsonOption},
-    {u"prefs", u"get KEY | set KEY VALUE... | list", u"settings", 1, -1, {}},
+    {u"prefs",
+     u"get KEY | set KEY VALUE... | list | open",
+     u"settings, and their window",
+     1,
+     -1,
+     {}},
     {u"quit", u"[--yes]", u"ends the running application", 0, 0, kYesOption},
 };
 

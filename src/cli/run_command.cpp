@@ -1,6 +1,7 @@
 #include "cli/run_command.h"
 
 #include "app/store_messages.h"
+#include "cli/activate_application.h"
 #include "cli/bus_backend.h"
 #include "cli/command_line.h"
 #include "cli/output.h"
@@ -211,6 +212,16 @@ int printAnswer(const Invocation& invocation) {
   return kDone;
 }
 
+// The desktop action that a command opens a window with, or "".
+QString desktopActionOf(const Invocation& words) {
+  const QStringView name(words.command->name);
+  if (name == u"new")
+    return QStringLiteral("new-reminder");
+  if (name == u"prefs" && words.arguments == QStringList(QStringLiteral("open")))
+    return QStringLiteral("preferences");
+  return {};
+}
+
 } // namespace
 
 int runCommand(const QStringList& words) {
@@ -236,6 +247,10 @@ int runCommand(const QStringList& words) {
   // A command tells what happened in one line of its own.
   QLoggingCategory::setFilterRules(
       QStringLiteral("tockwise.info=false\nqt.gui.imageio*.warning=false"));
+  if (const QString action = desktopActionOf(*invocation); !action.isEmpty()) {
+    const auto activated = activateApplication(action);
+    return activated ? int(kDone) : fail(activated.error());
+  }
   // Here, where the caller's folder is: the application has another.
   if (const auto read = readRichOption(invocation->reminderOptions); !read)
     return fail(read.error());
