@@ -4,6 +4,7 @@
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/command_service.h"
+#include "app/desktop_actions.h"
 #include "app/desktop_facts.h"
 #include "app/json.h"
 #include "base/log.h"
@@ -211,7 +212,8 @@ void CommandAdaptor::PrintPDF(const QString& path, bool alerts, const QDBusMessa
 ApplicationAdaptor::ApplicationAdaptor(QObject* parent, AppController& controller)
     : QDBusAbstractAdaptor(parent), m_controller(controller) {}
 
-void ApplicationAdaptor::Activate(const QVariantMap&) {
+void ApplicationAdaptor::Activate(const QVariantMap& platformData) {
+  takeActivationToken(platformData);
   m_controller.showMenu();
 }
 
@@ -234,11 +236,22 @@ void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&) {
 }
 
 void ApplicationAdaptor::ActivateAction(const QString& name, const QVariantList&,
-                                        const QVariantMap&) {
-  if (name == u"quit")
-    m_controller.quit();
-  else
+                                        const QVariantMap& platformData) {
+  takeActivationToken(platformData);
+  const auto operation = operationOfDesktopAction(name);
+  if (!operation) {
     m_controller.showMenu();
+    return;
+  }
+  // Some ask a question: whoever asked for the action is not to wait for its answer.
+  QMetaObject::invokeMethod(
+      &m_controller,
+      [this, operation = *operation] {
+        MenuActivation activation;
+        activation.action = operation;
+        m_controller.perform(activation);
+      },
+      Qt::QueuedConnection);
 }
 
 } // namespace tockwise

@@ -3,6 +3,7 @@
 #include "app/desktop_facts.h"
 #include "app/json.h"
 #include "app/store_messages.h"
+#include "cli/activate_application.h"
 #include "cli/bus_backend.h"
 #include "cli/command_line.h"
 #include "cli/output.h"
@@ -283,6 +284,16 @@ int printAnswer(const Invocation& invocation) {
   return kDone;
 }
 
+// The desktop action that a command opens a window with, or "".
+QString desktopActionOf(const Invocation& words) {
+  const QStringView name(words.command->name);
+  if (name == u"new")
+    return QStringLiteral("new-reminder");
+  if (name == u"prefs" && words.arguments == QStringList(QStringLiteral("open")))
+    return QStringLiteral("preferences");
+  return {};
+}
+
 } // namespace
 
 int failCommand(const Error& error) {
@@ -323,6 +334,10 @@ int runCommand(const QStringList& words) {
       QStringLiteral("tockwise.info=false\nqt.gui.imageio*.warning=false"));
   if (QStringView(invocation->command->name) == u"doctor")
     return printChecks(*invocation);
+  if (const QString action = desktopActionOf(*invocation); !action.isEmpty()) {
+    const auto activated = activateApplication(action);
+    return activated ? int(kDone) : failCommand(activated.error());
+  }
   // Here, where the caller's folder is: the application has another.
   if (const auto read = readRichOption(invocation->reminderOptions); !read)
     return failCommand(read.error());

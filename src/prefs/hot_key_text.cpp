@@ -19,7 +19,7 @@ constexpr Row kRows[] = {
     {u"M", u"opens the editor for a new reminder", u"tockwise new"},
     {u"S", u"shows all current alerts", u"tockwise alerts show"},
     {u"H", u"hides all current alerts", u"tockwise alerts hide"},
-    {u"P", u"prints all current alerts", u"tockwise alerts print"},
+    {u"P", u"prints all current alerts", u"tockwise print --alerts"},
 };
 
 using States = std::array<HotKeys::State, 4>;

@@ -122,8 +122,8 @@ class Session:
         with open(self.logs / f"{name}.log", "ab") as output:
             process = subprocess.Popen(
                 [str(word) for word in words], env=environment or self.environment,
-                stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT,
-                preexec_fn=_die_with_parent, **options)
+                stdout=output, stderr=subprocess.STDOUT, preexec_fn=_die_with_parent,
+                **{"stdin": subprocess.DEVNULL} | options)
         self._processes[process] = name
         return process
 
