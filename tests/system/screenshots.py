@@ -137,6 +137,19 @@ def opening(folder):
         session.quit_application()
 
 
+def printing(folder):
+    """The preview of a queue of plain and rich texts."""
+    with Session(tray="status-notifier") as session:
+        session.desktop.paint_background(*WALLPAPER)
+        write_store(session, scene()[1:3])
+        session.start_application()
+        add_written_reminder(session)
+        session.tockwise("print")
+        photograph(session, frameless(session, "Print Preview"), folder / "print.png")
+        session.desktop.press("Escape")
+        session.quit_application()
+
+
 def open_written(menu):
     menu.choose(next(label for label in menu.labels() if label.startswith(TITLE)), "Show")
 
@@ -155,6 +168,7 @@ def main():
     menu_and_alert(folder)
     writing(folder)
     opening(folder)
+    printing(folder)
 
 
 if __name__ == "__main__":

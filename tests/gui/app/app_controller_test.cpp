@@ -8,8 +8,11 @@
 #include "support/fakes.h"
 #include "support/test_environment.h"
 
+#include <QApplication>
+#include <QDialog>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace tockwise;
 
@@ -318,6 +321,26 @@ class AppControllerTest : public QObject {
     QVERIFY(isChecked());
     choose("setShowRuler");
     QVERIFY(!isChecked());
+  }
+
+  void thePreviewHoldsTheTickAndTheMenu() {
+    bool isChecked = false;
+    QTimer::singleShot(0, this, [&] {
+      addDue("Tea");
+      QCoreApplication::processEvents(); // the poke of the change
+      QCOMPARE(m_controller->alertsJson().size(), 0);
+      QVERIFY(!m_wakeTimer->armed);
+      choose("newReminder");
+      QVERIFY(m_controller->editing().reminderWindows().empty());
+      choose("printAllCurrentAlerts");
+      isChecked = true;
+      qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject();
+    });
+    choose("print");
+    QVERIFY(isChecked);
+    QCOMPARE(m_controller->alertsJson().size(), 1); // at once
+    QVERIFY(m_wakeTimer->armed);
+    QCOMPARE(m_controller->printing().printWindows().size(), size_t(1));
   }
 
   void everyOperationThatTheMenuOffersIsCarriedOut() {

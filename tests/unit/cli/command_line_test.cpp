@@ -1,4 +1,5 @@
 #include "cli/command_line.h"
+#include "cli/run_command.h"
 
 #include <QTest>
 
@@ -39,7 +40,10 @@ class CommandLineTest : public QObject {
                              "save a --yes",
                              "open",
                              "merge",
-                             "merge a --yes"})
+                             "merge a --yes",
+                             "print paper",
+                             "print --pdf",
+                             "print --alerts=1"})
       QTest::newRow(text) << words(text);
   }
   void wrongWordsAreUsageErrors() {
@@ -64,6 +68,24 @@ class CommandLineTest : public QObject {
                           {QStringLiteral("in"), QStringLiteral("1 Minute")},
                           {QStringLiteral("every"), QStringLiteral("day")}}));
   }
+
+  void theOptionsOfPrintAreTheAlertsAndAFile() {
+    const auto parsed = parseCommandLine(words("print --alerts --pdf=a=b.pdf"));
+    QVERIFY(parsed.ok());
+    QCOMPARE(parsed->reminderOptions,
+             (QVariantMap{{QStringLiteral("alerts"), true},
+                          {QStringLiteral("pdf"), QStringLiteral("a=b.pdf")}}));
+  }
+
+  void onlyAPDFFileNeedsFonts_data() {
+    QTest::addColumn<bool>("needs");
+    QTest::newRow("print --pdf out.pdf") << true;
+    QTest::newRow("print --alerts --pdf=out.pdf") << true;
+    QTest::newRow("print --alerts") << false;
+    QTest::newRow("add --pdf") << false;
+    QTest::newRow("list") << false;
+  }
+  void onlyAPDFFileNeedsFonts() { QTEST(needsFonts(words(QTest::currentDataTag())), "needs"); }
 
   void afterTwoDashesEverythingIsAnArgument() {
     const auto parsed = parseCommandLine(words("add --in x -- --json"));
