@@ -9,6 +9,9 @@
 #include <QFile>
 #include <QTest>
 
+#include <atomic>
+#include <thread>
+
 using namespace tockwise;
 
 namespace {
@@ -515,6 +518,23 @@ class DataDictionaryTest : public QObject {
     setDataWithDataDictionary(queue, toReplace(builder.finish()));
     QCOMPARE(queue.count(), 2);
     QVERIFY(*queue.reminder(0) == *queue.reminder(1));
+  }
+
+  void onAnotherThreadTheConversionsWaitForTheMainOne() {
+    ReminderQueue queue = Builder::queue(1);
+    std::atomic<int> steps = 0;
+    std::thread other([&] {
+      const QByteArray archive = archivedDataDictionary(queue);
+      ++steps;
+      setDataWithDataDictionary(queue, toReplace(archivedDataDictionary(Builder::queue(2))));
+      ++steps;
+      if (mergeDataWithDataDictionary(queue, toMerge(archivedDataDictionary(Builder::queue(3)))))
+        ++steps;
+    });
+    QCOMPARE(steps.load(), 0); // nobody answers while we do not
+    QTRY_COMPARE(steps.load(), 3);
+    other.join();
+    QVERIFY(sameColumns(queue.columns(), Builder::queue(3).columns()));
   }
 
   void theTasksOfADocumentAreThoseThatAreNotBlank() {
