@@ -19,7 +19,7 @@ constexpr Row kRows[] = {
     {u"M", u"opens the editor for a new reminder", u"tockwise new"},
     {u"S", u"shows all current alerts", u"tockwise alerts show"},
     {u"H", u"hides all current alerts", u"tockwise alerts hide"},
-    {u"P", u"prints all current alerts", u"tockwise alerts print"},
+    {u"P", u"prints all current alerts", u"tockwise print --alerts"},
 };
 
 using States = std::array<HotKeys::State, 4>;
@@ -79,6 +79,10 @@ HotKeyText taken(const States& states) {
 }
 
 } // namespace
+
+QString hotKeyCommand(HotKey key) {
+  return QString::fromUtf16(kRows[size_t(key) - 1].command);
+}
 
 HotKeyText hotKeyText(const States& states, const QString& detail) {
   const auto any = [&](State state) {

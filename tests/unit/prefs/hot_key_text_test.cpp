@@ -72,7 +72,7 @@ void HotKeyTextTest::whatToBindIsSaidWhereThereAreNoHotKeys() {
            qPrintable(text.line));
   QVERIFY(text.line.contains(QStringLiteral("tockwise new")));
   for (const char* command :
-       {"tockwise new", "tockwise alerts show", "tockwise alerts hide", "tockwise alerts print"})
+       {"tockwise new", "tockwise alerts show", "tockwise alerts hide", "tockwise print --alerts"})
     QVERIFY2(text.toolTip.contains(QLatin1String(command)), command);
 }
 
