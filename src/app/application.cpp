@@ -1,5 +1,6 @@
 #include "app/application.h"
 
+#include "alerts/alert_sounds.h"
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/bus_service.h"
@@ -117,9 +118,22 @@ std::optional<Result<std::unique_ptr<ReminderStore>>> openStore(const Clock& clo
   }
 }
 
+// The player outlives who calls it.
+std::function<void()> playingNotificationSound(SoundPlayer& player) {
+  return [&player] {
+    const QString path =
+        AlertSounds::pathIn(AlertSounds::standardFolders(), QString::fromUtf16(kFallbackSound));
+    if (!path.isEmpty())
+      player.play(path);
+  };
+}
+
 Ports linuxPorts(const Clock& clock) {
+  auto soundPlayer = std::make_unique<CanberraSoundPlayer>();
+  auto notificationCentre =
+      std::make_unique<DesktopNotificationCentre>(clock, playingNotificationSound(*soundPlayer));
   return {std::make_unique<MessagePrompter>(),
-          std::make_unique<CanberraSoundPlayer>(),
+          std::move(soundPlayer),
           std::make_unique<LogindPowerEvents>(),
           std::make_unique<TimerfdWakeTimer>(),
           std::make_unique<DesktopWorkspace>(),
@@ -127,7 +141,7 @@ Ports linuxPorts(const Clock& clock) {
           std::make_unique<ClipboardPasteboard>(),
           desktopHotKeys(),
           std::make_unique<AutostartLoginItems>(AutostartLoginItems::ofUser()),
-          std::make_unique<DesktopNotificationCentre>(),
+          std::move(notificationCentre),
           std::make_unique<KeychainSecretStore>()};
 }
 

@@ -4,6 +4,7 @@
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/command_service.h"
+#include "app/desktop_actions.h"
 #include "app/desktop_facts.h"
 #include "app/json.h"
 #include "base/log.h"
@@ -33,6 +34,12 @@ template <typename T> T replyTo(const QDBusMessage& message, const Result<T>& re
   }
   if constexpr (!std::is_void_v<T>)
     return *result;
+}
+
+Result<QVariantMap> reportMap(const Result<DocumentReport>& report) {
+  if (!report)
+    return report.error();
+  return report->toMap();
 }
 
 } // namespace
@@ -69,6 +76,50 @@ QString CommandAdaptor::Delete(const QString& reminder, const QDBusMessage& mess
 
 void CommandAdaptor::Clear(const QDBusMessage& message) {
   replyTo(message, m_controller.commands().clear());
+}
+
+void CommandAdaptor::Save(const QString& path, const QDBusMessage& message) {
+  replyTo(message, m_controller.commands().documents().save(path));
+}
+
+QVariantMap CommandAdaptor::Open(const QString& path, bool yes, const QVariantMap& options,
+                                 const QDBusMessage& message) {
+  DocumentCommands& documents = m_controller.commands().documents();
+  const auto tasks = tasksOption(options);
+  if (!tasks)
+    return replyTo<QVariantMap>(message, tasks.error());
+  if (yes)
+    return replyTo(message, reportMap(documents.open(path, *tasks)));
+  if (!options.isEmpty()) // the question has its own review of the tasks
+    return replyTo<QVariantMap>(
+        message, Error{Error::Kind::Usage, QStringLiteral("--no-tasks goes with --yes")});
+  if (const auto checked = documents.check(path); !checked)
+    return replyTo<QVariantMap>(message, checked.error());
+  askToOpen(path, message);
+  return {};
+}
+
+// The question may stay open for long: the caller waits, the bus does not.
+void CommandAdaptor::askToOpen(const QString& path, const QDBusMessage& message) {
+  message.setDelayedReply(true);
+  QMetaObject::invokeMethod(
+      this,
+      [this, path, message] {
+        const Error refused{Error::Kind::Refused,
+                            QStringLiteral("the reminders were not replaced")};
+        const bool opened = m_controller.documents().askOpenFile(path);
+        QDBusConnection::sessionBus().send(opened ? message.createReply(QVariantMap())
+                                                  : errorReply(message, refused));
+      },
+      Qt::QueuedConnection);
+}
+
+QVariantMap CommandAdaptor::Merge(const QString& path, const QVariantMap& options,
+                                  const QDBusMessage& message) {
+  const auto tasks = tasksOption(options);
+  if (!tasks)
+    return replyTo<QVariantMap>(message, tasks.error());
+  return replyTo(message, reportMap(m_controller.commands().documents().merge(path, *tasks)));
 }
 
 QString CommandAdaptor::Menu() {
@@ -161,7 +212,8 @@ void CommandAdaptor::PrintPDF(const QString& path, bool alerts, const QDBusMessa
 ApplicationAdaptor::ApplicationAdaptor(QObject* parent, AppController& controller)
     : QDBusAbstractAdaptor(parent), m_controller(controller) {}
 
-void ApplicationAdaptor::Activate(const QVariantMap&) {
+void ApplicationAdaptor::Activate(const QVariantMap& platformData) {
+  takeActivationToken(platformData);
   m_controller.showMenu();
 }
 
@@ -184,11 +236,22 @@ void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&) {
 }
 
 void ApplicationAdaptor::ActivateAction(const QString& name, const QVariantList&,
-                                        const QVariantMap&) {
-  if (name == u"quit")
-    m_controller.quit();
-  else
+                                        const QVariantMap& platformData) {
+  takeActivationToken(platformData);
+  const auto operation = operationOfDesktopAction(name);
+  if (!operation) {
     m_controller.showMenu();
+    return;
+  }
+  // Some ask a question: whoever asked for the action is not to wait for its answer.
+  QMetaObject::invokeMethod(
+      &m_controller,
+      [this, operation = *operation] {
+        MenuActivation activation;
+        activation.action = operation;
+        m_controller.perform(activation);
+      },
+      Qt::QueuedConnection);
 }
 
 } // namespace tockwise

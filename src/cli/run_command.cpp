@@ -3,6 +3,7 @@
 #include "app/desktop_facts.h"
 #include "app/json.h"
 #include "app/store_messages.h"
+#include "cli/activate_application.h"
 #include "cli/bus_backend.h"
 #include "cli/command_line.h"
 #include "cli/output.h"
@@ -10,6 +11,7 @@
 #include "cli/store_backend.h"
 #include "prefs/setting_table.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -89,6 +91,11 @@ Printed printReply(Backend& backend, const QString& method, const QVariantList& 
     return reply.error();
   const QString text = reply->toString();
   return text.isEmpty() ? text : text + u'\n';
+}
+
+// The application has a folder of its own.
+QString documentPath(const Invocation& words) {
+  return QDir::current().absoluteFilePath(words.arguments.value(0));
 }
 
 Printed silently(const Printed& printed) {
@@ -175,6 +182,41 @@ Printed runPrint(Backend& backend, const Invocation& words) {
                     {QFileInfo(path).absoluteFilePath(), alerts});
 }
 
+// What of a document runs or opens something by itself is told beside what the command prints.
+void warnOfTasks(const QVariantMap& report) {
+  const QStringList tasks = report.value(QStringLiteral("tasks")).toStringList();
+  for (const QString& task : tasks)
+    print(stderr, QStringLiteral("tockwise: ") + task + u'\n');
+  const qlonglong more = report.value(QStringLiteral("taskCount")).toLongLong() - tasks.size();
+  if (more > 0)
+    print(stderr, QStringLiteral("tockwise: and %1 more\n").arg(more));
+}
+
+Printed runOpen(Backend& backend, const Invocation& words) {
+  if (!words.yes && !words.reminderOptions.isEmpty()) {
+    return Error{Error::Kind::Usage, QStringLiteral("--no-tasks goes with --yes: without it, the "
+                                                    "application lets you choose")};
+  }
+  const auto reply =
+      backend.call(QStringLiteral("Open"), {documentPath(words), words.yes, words.reminderOptions});
+  if (!reply)
+    return reply.error();
+  warnOfTasks(reply->toMap());
+  return QString();
+}
+
+Printed runMerge(Backend& backend, const Invocation& words) {
+  const auto reply =
+      backend.call(QStringLiteral("Merge"), {documentPath(words), words.reminderOptions});
+  if (!reply)
+    return reply.error();
+  const QVariantMap report = reply->toMap();
+  warnOfTasks(report);
+  return QStringLiteral("%1 merged, %2 existed\n")
+      .arg(report.value(QStringLiteral("merged")).toLongLong())
+      .arg(report.value(QStringLiteral("existed")).toLongLong());
+}
+
 Printed carryOut(Backend& backend, const Invocation& words) {
   const QString name = QString::fromUtf16(words.command->name);
   const QString first = words.arguments.value(0);
@@ -199,6 +241,12 @@ Printed carryOut(Backend& backend, const Invocation& words) {
     return runPrint(backend, words);
   if (name == u"clear")
     return runClear(backend, words);
+  if (name == u"save")
+    return printReply(backend, QStringLiteral("Save"), {documentPath(words)});
+  if (name == u"open")
+    return runOpen(backend, words);
+  if (name == u"merge")
+    return runMerge(backend, words);
   return runQuit(backend, words);
 }
 
@@ -234,6 +282,16 @@ int printAnswer(const Invocation& invocation) {
     return failCommand(printed.error());
   print(stdout, *printed);
   return kDone;
+}
+
+// The desktop action that a command opens a window with, or "".
+QString desktopActionOf(const Invocation& words) {
+  const QStringView name(words.command->name);
+  if (name == u"new")
+    return QStringLiteral("new-reminder");
+  if (name == u"prefs" && words.arguments == QStringList(QStringLiteral("open")))
+    return QStringLiteral("preferences");
+  return {};
 }
 
 } // namespace
@@ -276,6 +334,10 @@ int runCommand(const QStringList& words) {
       QStringLiteral("tockwise.info=false\nqt.gui.imageio*.warning=false"));
   if (QStringView(invocation->command->name) == u"doctor")
     return printChecks(*invocation);
+  if (const QString action = desktopActionOf(*invocation); !action.isEmpty()) {
+    const auto activated = activateApplication(action);
+    return activated ? int(kDone) : failCommand(activated.error());
+  }
   // Here, where the caller's folder is: the application has another.
   if (const auto read = readRichOption(invocation->reminderOptions); !read)
     return failCommand(read.error());

@@ -31,11 +31,37 @@ constexpr int kBlocksAtATime = 32;
 // Of the whole work, the part that writing is.
 constexpr double kWritingPart = 0.6;
 
+template <typename Attribute> void dropOriginal(std::optional<Attribute>& attribute) {
+  if (attribute)
+    attribute->original = {};
+}
+
+/// Leaves what can be seen. What else an archive has would keep runs of different reminders from
+/// sharing a format, and a document with as many formats as reminders is slow.
+void keepLookOnly(TextAttributes& attributes) {
+  dropOriginal(attributes.font);
+  dropOriginal(attributes.color);
+  dropOriginal(attributes.background);
+  dropOriginal(attributes.paragraph);
+  dropOriginal(attributes.attachment);
+  if (attributes.paragraph && attributes.paragraph->tabStops) {
+    for (TextTab& tab : *attributes.paragraph->tabStops)
+      tab.original = {};
+  }
+  attributes.linkOriginal = {};
+  attributes.others.clear();
+}
+
 /// Links without a colour of their own would take that of the desktop's theme.
-void colourLinks(AttributedText& text) {
+void colourLink(TextAttributes& attributes) {
+  if (attributes.link && (!attributes.color || attributes.color->followsTheme))
+    attributes.color = TextColor{kLinkColor, false, {}};
+}
+
+void prepareForPaper(AttributedText& text) {
   for (TextRun& run : text.runs) {
-    if (run.attributes.link && (!run.attributes.color || run.attributes.color->followsTheme))
-      run.attributes.color = TextColor{kLinkColor, false, {}};
+    keepLookOnly(run.attributes);
+    colourLink(run.attributes);
   }
 }
 
@@ -153,7 +179,7 @@ void PrintPages::write(const PrintEntry& entry) {
 void PrintPages::writeRichText(const PrintEntry& entry) {
   if (!entry.RTFData.isEmpty()) {
     if (auto text = unarchiveTextStorage(entry.RTFData)) {
-      colourLinks(*text);
+      prepareForPaper(*text);
       return insertText(m_cursor, *text);
     }
     logLine(QStringLiteral("No data to unarchive"));

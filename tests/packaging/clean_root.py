@@ -18,6 +18,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import urllib.request
 from pathlib import Path
 
 MIRROR = os.environ.get("TOCKWISE_DEBIAN_MIRROR", "http://deb.debian.org/debian")
@@ -103,6 +104,10 @@ class Cache:
 
     def make(self):
         """The smallest system there is, with what a desktop has, and the list of packages."""
+        try:
+            urllib.request.urlopen(f"{MIRROR}/dists/{self.suite}/Release", timeout=30).close()
+        except OSError as error:
+            raise CannotTry(f"{MIRROR} cannot be reached: {error}") from error
         say(f"making a fresh {self.suite} from {MIRROR}")
         with self.new_root() as name:
             root = Path(name)

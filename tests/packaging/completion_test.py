@@ -57,6 +57,9 @@ class Completion:
             self.assertIn(command, offered)
         self.assertIn("work.tockwise", offered)
 
+    def test_a_document_is_followed_by_documents(self):
+        self.offers("tockwise work.tockwise ho", ["home.tockwise"])
+
     def test_the_beginning_of_a_command_is_completed(self):
         self.offers("tockwise pref", ["prefs"])
         self.offers("tockwise --v", ["--version"])

@@ -155,9 +155,9 @@ print -r -- '== ready' >>{answers}
 
 
 def make_folder():
-    """A folder to complete in: two documents' worth of files and a folder."""
+    """A folder to complete in: two documents, another file and a folder."""
     folder = Path(tempfile.mkdtemp(prefix="tockwise-shell-"))
-    for name in ("work.tockwise", "page.html"):
+    for name in ("home.tockwise", "work.tockwise", "page.html"):
         (folder / name).touch()
     (folder / "older").mkdir()
     return folder

@@ -43,6 +43,11 @@ _tockwise()
         return
     fi
 
+    if [[ ${before[0]-} == *.tockwise ]]; then
+        _filedir tockwise
+        return
+    fi
+
     local IFS=$' \t\n'
     case "${before[*]}" in
 %4    esac

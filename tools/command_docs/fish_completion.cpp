@@ -48,6 +48,8 @@ complete -c tockwise -f
 complete -c tockwise -n '__tockwise_after ""' -l help -s h -d 'print help'
 complete -c tockwise -n '__tockwise_after ""' -l version -d 'print the version'
 complete -c tockwise -n '__tockwise_after ""' -k -a '(__fish_complete_suffix .tockwise)'
+complete -c tockwise -n '__tockwise_command "[^ ]+\.tockwise"' -k \
+    -a '(__fish_complete_suffix .tockwise)'
 %2)frame";
 
 QString quoted(QString text) {

@@ -27,6 +27,7 @@ _tockwise() {
   fi
   case $words[1] in
     help) _describe -t commands command commands ;;
+    *.tockwise) _files -g '*.tockwise(-.)' ;;
 %2  esac
   case $state in
 %3  esac

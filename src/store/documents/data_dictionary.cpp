@@ -21,6 +21,10 @@ Error damaged(const QString& what) {
   return Error{Error::Kind::Damaged, what};
 }
 
+Error tooLarge() {
+  return damaged(QStringLiteral("it unfolds beyond reason"));
+}
+
 template <typename Visitor> void visitFields(Visitor&& visit) {
   std::apply([&](const auto&... field) { (visit(field.first, field.second), ...); },
              kDictionaryFields);
@@ -72,10 +76,10 @@ size_t positionOf(QStringView key) {
 Result<void> checkLengths(const Arrays& arrays, size_t rows) {
   for (size_t at = 0; at < kArrays; ++at) {
     if (arrays[at].size() < rows) {
-      return damaged(QStringLiteral("it has %1 reminders and only %2 elements of %3")
-                         .arg(rows)
+      return damaged(QStringLiteral("its %1 reaches %2 of %3 reminders")
+                         .arg(dataDictionaryKeys()[qsizetype(at)])
                          .arg(arrays[at].size())
-                         .arg(dataDictionaryKeys()[qsizetype(at)]));
+                         .arg(rows));
     }
   }
   return {};
@@ -217,6 +221,8 @@ Result<DataDictionary> unarchivedDataDictionary(const QByteArray& archive,
   const auto arrays = readArrays(**opened, source);
   if (!arrays)
     return arrays.error();
+  if (source.isExhausted())
+    return tooLarge();
   const bool replaces = use == DictionaryUse::Replace;
   const size_t rows = (*arrays)[positionOf(replaces ? u"reminderQueue" : u"reminderUUID")].size();
   if (replaces) {
@@ -228,7 +234,7 @@ Result<DataDictionary> unarchivedDataDictionary(const QByteArray& archive,
   size_t at = 0;
   visitFields([&](auto member, auto field) { reader.read(member, field, (*arrays)[at++], rows); });
   if (source.isExhausted())
-    return damaged(QStringLiteral("it unfolds beyond reason"));
+    return tooLarge();
   return dictionary;
 }
 
@@ -267,9 +273,9 @@ Result<std::vector<qsizetype>> rowsToMerge(const ReminderQueue& queue,
     if (known.size() == before)
       continue;
     if (qsizetype(i) >= complete) {
-      return damaged(QStringLiteral("it has %1 reminders and not every element of the one at %2")
-                         .arg(identifiers.size())
-                         .arg(i));
+      return damaged(QStringLiteral("an array reaches %1 of %2 reminders")
+                         .arg(complete)
+                         .arg(identifiers.size()));
     }
     rows.push_back(qsizetype(i));
   }

@@ -1,10 +1,12 @@
 // The data dictionary: export, replace, merge.
 #include "store/archive/keyed_value.h"
+#include "store/archive/text_archive.h"
 #include "store/documents/data_dictionary.h"
 #include "store/documents/document_tasks.h"
 #include "support/document_builder.h"
 #include "support/log_lines.h"
 
+#include <QFile>
 #include <QTest>
 
 using namespace tockwise;
@@ -48,6 +50,13 @@ bool sameColumns(const Columns& one, const Columns& other) {
 
 template <typename T> std::vector<T> valuesOf(const Column<T>& column) {
   return column.values();
+}
+
+QByteArray recorded(const char* name) {
+  QFile file(QStringLiteral(TOCKWISE_TEST_DATA "/documents/%1").arg(text(name)));
+  if (!file.open(QIODevice::ReadOnly))
+    qFatal("%s", qPrintable(file.errorString()));
+  return file.readAll();
 }
 
 // A document of that many reminders, named A, B, C and so on.
@@ -300,7 +309,7 @@ class DataDictionaryTest : public QObject {
     QVERIFY(!dictionary.ok());
     QCOMPARE(dictionary.error().kind, Error::Kind::Damaged);
     QCOMPARE(dictionary.error().message,
-             QStringLiteral("it has 3 reminders and only 2 elements of %1").arg(key));
+             QStringLiteral("its %1 reaches 2 of 3 reminders").arg(key));
   }
 
   void anArrayThatDoesNotReachANewReminderIsDamageAndMergesNothing_data() {
@@ -468,6 +477,31 @@ class DataDictionaryTest : public QObject {
     QCOMPARE(read.reminderQueue.seconds, 42.5);
     QVERIFY(read.reminderTasks == (Task{false, 3, text("/bin/true")}));
     QCOMPARE(read.reminderOffsets, (Offset{1, 1, 3}));
+  }
+
+  void theRecordedDocumentsAreRead() {
+    // As another program writes them, and as version 0.1.0 wrote the same.
+    const DataDictionary other = toReplace(recorded("other-program.tockwise"));
+    const DataDictionary ours = toReplace(recorded("version-0.1.0.tockwise"));
+    QCOMPARE(other.foreignElements + ours.foreignElements, 0);
+    QVERIFY(sameColumns(other.columns, ours.columns));
+    QCOMPARE(valuesOf(ours.columns.reminderDescriptions),
+             (std::vector<QString>{text("Water the plants"),
+                                   text("Tee um fünf ☕️\nzweite Zeile"), text("Dentist")}));
+    QCOMPARE(ours.columns.reminderQueue.values().at(0).seconds, 946684800.125);
+    QCOMPARE(ours.columns.reminderDateTimeFired.values().at(1).seconds, 700500000.75);
+    QCOMPARE(ours.columns.reminderDateTimeFired.values().at(0).seconds, kDistantPast.seconds);
+    QVERIFY(unarchiveTextStorage(ours.columns.reminderRTFs.values().at(1)).ok());
+    QVERIFY(ours.columns.reminderTasks.values().at(1) ==
+            (Task{false, Task::Script, text("/home/me/backup.sh")}));
+    QCOMPARE(ours.columns.reminderIntervals.values().at(2), kBlankInterval);
+    QCOMPARE(ours.columns.importedUIDs.values().at(2), text("A-B-C-D"));
+  }
+
+  void whatWasRecordedIsWrittenTheSame() {
+    ReminderQueue queue;
+    setDataWithDataDictionary(queue, toReplace(recorded("version-0.1.0.tockwise")));
+    QCOMPARE(archivedDataDictionary(queue), recorded("version-0.1.0.tockwise"));
   }
 
   void oneObjectMayStandForManyElements() {

@@ -1,5 +1,6 @@
 // Documents on the disk: what is read, what is written, and what stays when that fails.
 #include "store/documents/document_file.h"
+#include "support/file_size_limit.h"
 #include "support/test_environment.h"
 
 #include <QDir>
@@ -8,11 +9,8 @@
 #include <QTest>
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <csignal>
 
 using namespace tockwise;
 
@@ -119,15 +117,10 @@ class DocumentFileTest : public QObject {
 
   void aDocumentThatCannotBeWrittenLeavesTheOldOneWhole() {
     put(path("a"), "old");
-    // The size of files is limited, as a full disk limits them.
-    rlimit usual = {};
-    QVERIFY(::getrlimit(RLIMIT_FSIZE, &usual) == 0);
-    const rlimit tight = {1000, usual.rlim_max};
-    const auto handler = ::signal(SIGXFSZ, SIG_IGN);
-    QVERIFY(::setrlimit(RLIMIT_FSIZE, &tight) == 0);
-    const auto written = writeDocument(path("a"), QByteArray(5000, 'x'));
-    QVERIFY(::setrlimit(RLIMIT_FSIZE, &usual) == 0);
-    ::signal(SIGXFSZ, handler);
+    const auto written = [this] {
+      const FileSizeLimit limit(1000);
+      return writeDocument(path("a"), QByteArray(5000, 'x'));
+    }();
     QVERIFY(!written.ok());
     QCOMPARE(written.error().kind, Error::Kind::Storage);
     QVERIFY(written.error().message.startsWith(path("a")));
