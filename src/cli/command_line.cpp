@@ -103,7 +103,8 @@ QString helpText(const CommandSpec* command) {
   if (!command) {
     text = QStringLiteral(
                "Tockwise %1, a reminder application that lives in the system tray.\n\n"
-               "tockwise\n    starts the application, or shows the menu of the running one\n")
+               "tockwise\n    starts the application, or shows the menu of the running one\n"
+               "tockwise FILE...\n    opens reminders documents in it, after a question\n")
                .arg(QStringLiteral(TOCKWISE_VERSION));
     for (const CommandSpec& each : commandTable()) {
       text += QStringLiteral("tockwise %1 %2\n    %3\n")

@@ -61,7 +61,7 @@ FileDialogPanels::~FileDialogPanels() {
   delete m_openPanel;
 }
 
-void FileDialogPanels::chooseWhereToSave(const QString& name, Chosen chosen) {
+void FileDialogPanels::chooseWhereToSave(const QString& name, const Chosen& chosen) {
   if (m_savePanel) {
     bringToFront(*m_savePanel);
     return;
@@ -77,10 +77,10 @@ void FileDialogPanels::chooseWhereToSave(const QString& name, Chosen chosen) {
   if (panel->isOurOwn())
     panel->setDefaultSuffix(QString::fromUtf16(kDocumentSuffix));
   panel->selectFile(name);
-  present(m_savePanel, panel, std::move(chosen));
+  present(m_savePanel, panel, chosen);
 }
 
-void FileDialogPanels::chooseDocument(Chosen chosen) {
+void FileDialogPanels::chooseDocument(const Chosen& chosen) {
   if (m_openPanel) {
     bringToFront(*m_openPanel);
     return;
@@ -93,10 +93,11 @@ void FileDialogPanels::chooseDocument(Chosen chosen) {
   panel->setNameFilter(documentsFilter());
   panel->setLabelText(QFileDialog::Accept, QStringLiteral("Choose"));
   begin(*panel, m_folder);
-  present(m_openPanel, panel, std::move(chosen));
+  present(m_openPanel, panel, chosen);
 }
 
-void FileDialogPanels::present(QPointer<QFileDialog>& place, QFileDialog* panel, Chosen chosen) {
+void FileDialogPanels::present(QPointer<QFileDialog>& place, QFileDialog* panel,
+                               const Chosen& chosen) {
   place = panel;
   panel->setWindowModality(Qt::NonModal);
   connect(panel, &QDialog::finished, this, [this, &place, panel, chosen](int result) {

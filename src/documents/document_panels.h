@@ -23,8 +23,8 @@ class DocumentPanels {
 
   /// name: what the panel proposes, alone or with the folder to begin in. Before it takes the name
   /// of a file that there is, the panel asks.
-  virtual void chooseWhereToSave(const QString& name, Chosen chosen) = 0;
-  virtual void chooseDocument(Chosen chosen) = 0;
+  virtual void chooseWhereToSave(const QString& name, const Chosen& chosen) = 0;
+  virtual void chooseDocument(const Chosen& chosen) = 0;
 };
 
 /// The desktop's own panels where there are any, else Qt's, named "savePanel" and "openPanel".
@@ -34,11 +34,11 @@ class FileDialogPanels final : public QObject, public DocumentPanels {
   FileDialogPanels() = default;
   ~FileDialogPanels() override;
 
-  void chooseWhereToSave(const QString& name, Chosen chosen) override;
-  void chooseDocument(Chosen chosen) override;
+  void chooseWhereToSave(const QString& name, const Chosen& chosen) override;
+  void chooseDocument(const Chosen& chosen) override;
 
  private:
-  void present(QPointer<QFileDialog>& place, QFileDialog* panel, Chosen chosen);
+  void present(QPointer<QFileDialog>& place, QFileDialog* panel, const Chosen& chosen);
 
   QPointer<QFileDialog> m_savePanel;
   QPointer<QFileDialog> m_openPanel;

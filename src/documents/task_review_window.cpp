@@ -68,7 +68,7 @@ void TaskReviewWindow::fitColumns() {
   header.setSectionResizeMode(TaskReviewModel::Path, QHeaderView::Stretch);
   for (const int column : {int(TaskReviewModel::Kind), int(TaskReviewModel::Fires)})
     m_ui->taskTable->resizeColumnToContents(column);
-  header.resizeSection(TaskReviewModel::Reminder, 26 * character);
+  header.resizeSection(TaskReviewModel::Reminder, 32 * character);
   const QSize wanted(140 * character, 34 * fontMetrics().lineSpacing());
   resize(screen() ? wanted.boundedTo(screen()->availableSize() * 9 / 10) : wanted);
 }

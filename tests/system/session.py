@@ -227,6 +227,13 @@ class Session:
             raise AssertionError("the application did not start: " + self.log())
         return self.application
 
+    def let_the_bus_start_it(self):
+        """Whoever calls the application over D-Bus from now on starts it; see quit_application()
+        for its end."""
+        service = f"[D-BUS Service]\nName={NAME}\nExec={PROGRAM}\n"
+        (self.folder / f"session-services/{NAME}.service").write_text(service, encoding="utf-8")
+        self.bus.set_environment_of_services(self.environment)
+
     def is_running(self):
         return bool(self.bus.owner(NAME))
 

@@ -11,7 +11,7 @@ namespace tockwise {
 inline constexpr char16_t kDocumentSuffix[] = u"tockwise";
 inline constexpr char16_t kDocumentMimeType[] = u"application/vnd.quillstone.tockwise";
 /// Larger files are refused unread, bytes.
-inline constexpr qint64 kLargestDocument = qint64(256) << 20;
+inline constexpr qint64 kLargestDocument = qint64(256) * 1024 * 1024;
 
 /// The bytes of the file, which must be a regular one: pipes and devices are not waited for.
 /// NotFound, Refused (too large) or Storage (no permission, no regular file, an error while

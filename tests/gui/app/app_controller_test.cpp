@@ -3,6 +3,7 @@
 #include "app/app_controller.h"
 #include "app/menu_operations.h"
 #include "store/archive/text_archive.h"
+#include "store/documents/document_file.h"
 #include "support/fake_pasteboard.h"
 #include "support/fakes.h"
 #include "support/test_environment.h"
@@ -288,6 +289,20 @@ class AppControllerTest : public QObject {
     openAlerts(1); // the alert of a reminder that is gone stays
   }
 
+  void openingADocumentTellsThatTheDataChanged() {
+    addLater("a");
+    const QString path = m_environment->path(text("a.tockwise"));
+    QVERIFY(writeDocument(path, archivedDataDictionary(m_store->queue())).ok());
+    addLater("b");
+    QSignalSpy modified(m_controller.get(), &AppController::dataModified);
+    m_prompter->answers = {1, 0};
+    QVERIFY(m_controller->documents().openFile(path));
+    QCOMPARE(modified.size(), 0);
+    QVERIFY(m_controller->documents().openFile(path));
+    QCOMPARE(modified.size(), 1);
+    QTRY_COMPARE(textsOfQueue(), QStringList{text("a")});
+  }
+
   void aDisplayOptionIsFlippedAndChecked() {
     const auto isChecked = [this] {
       for (const MenuItem& item : m_controller->menuItems()) {
@@ -312,13 +327,14 @@ class AppControllerTest : public QObject {
       QCOMPARE(item.enabled, item.submenu.empty() ? offered.contains(item.action) : true);
   }
 
-  void actionsOfLaterSubsystemsStandInTheMenuDisabled() {
+  void theMenuOffersWhatTheProgramCanDo() {
     const auto items = m_controller->menuItems();
     const auto named = [&](const char* title) {
       return *std::find_if(items.begin(), items.end(),
                            [&](const MenuItem& item) { return item.title == text(title); });
     };
-    QVERIFY(!named("Save Reminders...").enabled);
+    QVERIFY(named("Save Reminders...").enabled);
+    QVERIFY(named("Open Reminders...").enabled);
     QCOMPARE(named("Save Reminders...").action, text("selItemSaveReminders"));
     QVERIFY(named("Quit Tockwise").enabled);
     QVERIFY(named("New Reminder...").enabled);

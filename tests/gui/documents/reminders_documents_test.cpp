@@ -35,13 +35,13 @@ class FakePanels final : public DocumentPanels {
   Chosen save;
   Chosen open;
 
-  void chooseWhereToSave(const QString& name, Chosen chosen) override {
+  void chooseWhereToSave(const QString& name, const Chosen& chosen) override {
     proposed += name;
-    save = std::move(chosen);
+    save = chosen;
   }
-  void chooseDocument(Chosen chosen) override {
+  void chooseDocument(const Chosen& chosen) override {
     ++opened;
-    open = std::move(chosen);
+    open = chosen;
   }
 };
 
