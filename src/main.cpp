@@ -1,7 +1,9 @@
 #include "app/application.h"
+#include "cli/document_words.h"
 #include "cli/run_command.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QStringList>
@@ -25,6 +27,22 @@ std::unique_ptr<QCoreApplication> makeApplication(const QStringList& words, int&
   return std::make_unique<QGuiApplication>(argc, argv);
 }
 
+int runCommandLine(const QStringList& words, int argc, char** argv) {
+  const auto application = makeApplication(words, argc, argv);
+  const int status = tockwise::runCommand(words);
+  // Everything is written and closed by now. Leaving here, before Qt's statics are taken down,
+  // keeps its bus thread from complaining on stderr about a message that comes meanwhile.
+  std::fflush(nullptr);
+  std::_Exit(status);
+}
+
+int openDocuments(const QStringList& words, int argc, char** argv) {
+  const auto paths = tockwise::documentPaths(words);
+  if (paths)
+    return tockwise::runApplication(argc, argv, *paths);
+  return tockwise::failCommand(paths.error());
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -33,11 +51,8 @@ int main(int argc, char** argv) {
     return tockwise::runApplication(argc, argv);
   QStringList words;
   for (int i = 1; i < argc; ++i)
-    words += QString::fromLocal8Bit(argv[i]);
-  const auto application = makeApplication(words, argc, argv);
-  const int status = tockwise::runCommand(words);
-  // Everything is written and closed by now. Leaving here, before Qt's statics are taken down,
-  // keeps its bus thread from complaining on stderr about a message that comes meanwhile.
-  std::fflush(nullptr);
-  std::_Exit(status);
+    words += QFile::decodeName(argv[i]);
+  if (tockwise::nameDocuments(words))
+    return openDocuments(words, argc, argv);
+  return runCommandLine(words, argc, argv);
 }

@@ -35,6 +35,12 @@ class CommandLineTest : public QObject {
                              "list -x",
                              "add a b --rich f --in x",
                              "edit --rich f",
+                             "save",
+                             "save a b",
+                             "save a --yes",
+                             "open",
+                             "merge",
+                             "merge a --yes",
                              "print paper",
                              "print --pdf",
                              "print --alerts=1"})
