@@ -7,6 +7,8 @@
 #include <QDBusMessage>
 #include <QVariantMap>
 
+#include <functional>
+
 namespace tockwise {
 
 class AppController;
@@ -41,6 +43,9 @@ class CommandAdaptor final : public QDBusAbstractAdaptor {
   void AlertClosed(const QString& uuid);
 
  private:
+  /// Answers message with what reply makes, once nothing is under way with the password.
+  void answerWhenSettled(const QDBusMessage& message, std::function<QDBusMessage()> reply);
+
   AppController& m_controller;
 };
 

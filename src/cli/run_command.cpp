@@ -4,6 +4,7 @@
 #include "cli/bus_backend.h"
 #include "cli/command_line.h"
 #include "cli/output.h"
+#include "cli/password_option.h"
 #include "cli/rich_option.h"
 #include "cli/store_backend.h"
 #include "prefs/setting_table.h"
@@ -239,6 +240,10 @@ int runCommand(const QStringList& words) {
   // Here, where the caller's folder is: the application has another.
   if (const auto read = readRichOption(invocation->reminderOptions); !read)
     return fail(read.error());
+  if (QStringView(invocation->command->name) == u"prefs") {
+    if (const auto read = readPasswordOption(invocation->arguments); !read)
+      return fail(read.error());
+  }
   return printAnswer(*invocation);
 }
 
