@@ -61,14 +61,16 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
       m_firing(m_store->queue(), m_store->preferences(), m_store->clock(), *this),
       m_tick(m_store->queue(), m_firing, m_store->clock(), tickActions()),
       m_tickTimer(m_tick, *m_ports.wakeTimer, *m_ports.powerEvents, m_store->clock()),
-      m_commands(*m_store, [this] { changed(); }),
+      m_commands(
+          *m_store, [this] { changed(); }, [this] { Q_EMIT dataModified(); }),
       m_tray([this] { return currentMenuInput(&m_richTitles); }),
       m_noTrayHint(m_tray, m_store->preferences(), *m_ports.prompter),
       m_keptAlerts(m_alerts, KeptAlerts::pathOfUser()),
       m_postAlert(*m_ports.notificationCentre, m_store->clock()),
       m_documents({*m_store, *m_ports.prompter, [this] { m_questions.dialogOpens(); },
                    [this] { m_questions.dialogCloses(); }}),
-      m_printing(*m_store, m_alerts, [this](bool hold) { m_tickTimer.hold(hold); }),
+      m_printing(*m_store, m_alerts, *m_ports.prompter,
+                 [this](bool hold) { m_tickTimer.hold(hold); }),
       m_hotKeyActions(*m_ports.hotKeys, m_store->preferences()),
       m_passwordKeeping(m_store->preferences(), *m_ports.secretStore),
       m_mailBeat(m_store->preferences()),
@@ -111,6 +113,9 @@ void AppController::connectAll() {
 
 void AppController::connectDesktop() {
   connect(&m_documents, &RemindersDocuments::changed, this, &AppController::dataChanged);
+  // Queued: whoever drags waits for the drop to be taken, and a question follows it.
+  connect(&m_tray, &TrayController::documentDropped, &m_documents, &RemindersDocuments::openFile,
+          Qt::QueuedConnection);
   connect(&m_hotKeyActions, &HotKeyActions::operationChosen, this,
           [this](const QString& operation) {
             MenuActivation activation;
@@ -189,6 +194,9 @@ QJsonArray AppController::alertsJson() const {
 }
 
 void AppController::perform(const MenuActivation& activation) {
+  // While a preview is open no other window reacts; the program can still be ended.
+  if (m_printing.isPreviewOpen() && activation.action != u"quit")
+    return m_printing.bringToFront();
   performMenuOperation(*this, activation);
 }
 
@@ -289,7 +297,8 @@ PreferenceSurroundings AppController::preferenceSurroundings() {
           m_sounds.sounds(),
           [this](const QString& name) { return m_sounds.pathOfSound(name); },
           [this] { return m_passwordKeeping.hint(); },
-          [this] { return desktopChecks(); }};
+          [this] { return desktopChecks(); },
+          m_store->clock()};
 }
 
 PreferenceWindowController& AppController::preferenceWindow() {
@@ -317,14 +326,19 @@ void AppController::importCalendarEventsPrefs() {
 }
 
 std::vector<DesktopCheck> AppController::desktopChecks() {
-  DesktopFacts facts = desktopFacts(*m_store, *m_ports.loginItems);
+  const PreferencesStore& preferences = m_store->preferences();
+  DesktopFacts facts = desktopFacts();
   facts.applicationRuns = true;
-  facts.trayHost = m_tray.hasTray();
-  facts.hotKeysAvailable = m_ports.hotKeys->isAvailable();
-  facts.hotKeysDetail = m_ports.hotKeys->detail();
+  addSettings(facts, preferences);
+  const auto& failure = preferences.writeFailure();
+  facts.store = storeFacts(preferences.paths(), failure ? failure->message : QString());
+  const HotKeys& hotKeys = *m_ports.hotKeys;
+  facts.hotKeys.available = hotKeys.isAvailable();
+  facts.hotKeys.detail = hotKeys.detail();
   for (const HotKey key : kHotKeys)
-    facts.hotKeys[int(key) - 1] = m_ports.hotKeys->state(key);
-  facts.secretStore = m_ports.secretStore->state();
+    facts.hotKeys.states[size_t(key) - 1] = hotKeys.state(key);
+  if (m_ports.secretStore->state() != SecretStore::State::Unknown)
+    facts.secretStore = m_ports.secretStore->state();
   return diagnose(facts);
 }
 

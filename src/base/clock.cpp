@@ -9,4 +9,9 @@ Date SystemClock::now() const {
   return Date::fromUnixSeconds(std::chrono::duration<double>(sinceEpoch).count());
 }
 
+std::chrono::milliseconds systemSteadyTime() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::steady_clock::now().time_since_epoch());
+}
+
 } // namespace tockwise

@@ -3,6 +3,8 @@
 
 #include "base/date.h"
 
+#include <chrono>
+
 namespace tockwise {
 
 class Clock {
@@ -16,6 +18,10 @@ class SystemClock final : public Clock {
  public:
   Date now() const override;
 };
+
+/// The system's steady time: it only moves forward, whatever is done to the wall clock. For whoever
+/// is given a source of it; any thread.
+std::chrono::milliseconds systemSteadyTime();
 
 /// A clock that stands where it was put; for tests.
 class FakeClock final : public Clock {

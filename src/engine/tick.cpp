@@ -12,11 +12,6 @@
 
 namespace tockwise {
 
-std::chrono::milliseconds systemSteadyTime() {
-  return std::chrono::duration_cast<std::chrono::milliseconds>(
-      std::chrono::steady_clock::now().time_since_epoch());
-}
-
 Tick::Tick(ReminderQueue& queue, Firing& firing, const Clock& clock, TickActions actions)
     : m_queue(queue),
       m_firing(firing),

@@ -25,9 +25,6 @@ struct TickActions {
   std::function<std::chrono::milliseconds()> steadyTime;
 };
 
-/// The system's steady time, for TickActions.
-std::chrono::milliseconds systemSteadyTime();
-
 /// Main thread.
 class Tick {
  public:

@@ -65,6 +65,10 @@ MessagePrompter::~MessagePrompter() {
 QWidget* MessagePrompter::ownerOfQuestion() const {
   if (!m_questions.empty() && m_questions.back())
     return m_questions.back();
+  // Whatever it does not own could not be answered.
+  QWidget* modal = QApplication::activeModalWidget();
+  if (modal && modal->windowModality() == Qt::ApplicationModal)
+    return modal;
   QWidget* active = QApplication::activeWindow();
   // What floats above the others (an alert, a message) stays usable and owns no question.
   const bool owns =

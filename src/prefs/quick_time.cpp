@@ -1,5 +1,7 @@
 #include "prefs/quick_time.h"
 
+#include "prefs/integer_value.h"
+
 #include <QStringList>
 
 #include <array>
@@ -9,8 +11,8 @@ namespace tockwise {
 namespace {
 
 struct Unit {
-  const char16_t* singular;
-  const char16_t* plural;
+  QStringView singular;
+  QStringView plural;
   qint64 seconds;
 };
 
@@ -19,18 +21,23 @@ constexpr std::array kUnits{Unit{u"Day", u"Days", 86400}, Unit{u"Hour", u"Hours"
 
 qint64 unitSeconds(qint64 number, const QString& word) {
   for (const Unit& unit : kUnits) {
-    if (word == QStringView(number == 1 ? unit.singular : unit.plural))
+    if (word == (number == 1 ? unit.singular : unit.plural))
       return unit.seconds;
   }
   return 0;
 }
 
-// The leading integer of a word, as a lenient reader takes it: "01" is 1, "5x" is 5, "x" is 0.
-qint64 integerValue(const QString& word) {
-  qsizetype end = word.startsWith(u'-') || word.startsWith(u'+') ? 1 : 0;
-  while (end < word.size() && word[end].isDigit())
-    ++end;
-  return word.left(end).toLongLong();
+bool everyPairCounts(const QString& text) {
+  const QStringList words = text.trimmed().split(u' ');
+  if (words.size() % 2 != 0)
+    return false;
+  for (qsizetype i = 0; i < words.size(); i += 2) {
+    bool isNumber = false;
+    const qint64 number = words[i].toLongLong(&isNumber);
+    if (!isNumber || unitSeconds(number, words[i + 1]) == 0)
+      return false;
+  }
+  return true;
 }
 
 } // namespace
@@ -45,6 +52,30 @@ qint64 stringToSeconds(const QString& text) {
     sum = qBound(-kMost * 86400, sum, kMost * 86400);
   }
   return sum;
+}
+
+QString durationText(qint64 seconds) {
+  QStringList parts;
+  for (const Unit& unit : kUnits) {
+    const qint64 number = seconds / unit.seconds;
+    seconds %= unit.seconds;
+    if (number > 0) {
+      parts += QStringLiteral("%1 %2").arg(
+          QString::number(number),
+          (number == 1 ? unit.singular : unit.plural).toString().toLower());
+    }
+  }
+  return parts.join(u' ');
+}
+
+QString quickTimeRemark(const QString& text) {
+  const qint64 seconds = stringToSeconds(text);
+  if (seconds == 0)
+    return QStringLiteral("adds nothing");
+  if (seconds < 0)
+    return QStringLiteral("lies in the past");
+  return everyPairCounts(text) ? QString()
+                               : QStringLiteral("counts as %1").arg(durationText(seconds));
 }
 
 } // namespace tockwise

@@ -19,7 +19,7 @@ constexpr SettingRow kTable[] = {
     {u"useADPrefs", SettingType::Boolean},
     {u"emailAddressAD", SettingType::String},
     {u"smtpServerNameAD", SettingType::String},
-    {u"serverPortAD", SettingType::Integer},
+    {u"serverPortAD", SettingType::OptionalInteger},
     {u"authenticationAD", SettingType::Integer},
     {u"usernameAD", SettingType::String},
     {u"passwordAD", SettingType::String},
@@ -81,6 +81,10 @@ Result<Value> parseSetting(SettingType type, const QStringList& words) {
       return Value(false);
     return wrongType(QStringLiteral("YES or NO"));
   }
+  case SettingType::OptionalInteger:
+    if (word.isEmpty())
+      return Value(word);
+    [[fallthrough]];
   case SettingType::Integer: {
     bool numeric = false;
     const qint64 number = word.toLongLong(&numeric);
@@ -103,6 +107,7 @@ QString formatSetting(SettingType type, const Value& value) {
   case SettingType::Boolean:
     return reader.boolean({}) ? QStringLiteral("YES") : QStringLiteral("NO");
   case SettingType::Integer:
+  case SettingType::OptionalInteger:
     // A port that was never saved is empty text, not 0.
     return value.get<QString>() ? *value.get<QString>() : QString::number(reader.integer({}));
   case SettingType::String:

@@ -11,7 +11,8 @@
 
 namespace tockwise {
 
-enum class SettingType { Boolean, Integer, String, StringArray };
+/// OptionalInteger: an integer, or empty text while none was chosen.
+enum class SettingType { Boolean, Integer, OptionalInteger, String, StringArray };
 
 struct SettingRow {
   const char16_t* key;
@@ -23,8 +24,8 @@ std::span<const SettingRow> settingTable();
 /// The row of key, or nothing.
 const SettingRow* findSetting(QStringView key);
 
-/// text as a value of the type: YES/NO, true/false, 1/0; a decimal integer; a string as it is; an
-/// array from its entries. Usage error when it is none.
+/// text as a value of the type: YES/NO, true/false, 1/0; a decimal integer, or "" where it may
+/// be empty; a string as it is; an array from its entries. Usage error when it is none.
 Result<Value> parseSetting(SettingType type, const QStringList& words);
 /// The value as the command line prints it: YES or NO, arrays one entry a line. "" for null.
 QString formatSetting(SettingType type, const Value& value);

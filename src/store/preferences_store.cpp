@@ -1,7 +1,8 @@
 #include "store/preferences_store.h"
 
 #include "base/log.h"
-#include "store/plist_xml.h"
+#include "store/kept_elsewhere.h"
+#include "store/root_dictionary.h"
 #include "store/store_backups.h"
 #include "store/store_file.h"
 
@@ -21,28 +22,6 @@ const QString kDataVersion = QStringLiteral("dataVersion");
 QString xdgFolder(const char* variable, const QString& underHome) {
   const QString folder = qEnvironmentVariable(variable);
   return QDir::isAbsolutePath(folder) ? folder : QDir::home().filePath(underHome);
-}
-
-// A property list of either form whose root is a dictionary.
-Result<plist::Reader> parse(QByteArray bytes) {
-  if (plist::isXml(bytes)) {
-    const auto value = plist::readXml(bytes);
-    if (!value)
-      return value.error();
-    plist::Writer writer;
-    bytes = writer.finish(writer.value(*value));
-  }
-  auto reader = plist::Reader::open(std::move(bytes));
-  if (reader && reader->kind(reader->root()) != plist::Kind::Dictionary)
-    return Error{Error::Kind::Damaged, QStringLiteral("the property list is no dictionary")};
-  return reader;
-}
-
-Result<plist::Reader> parseFile(const QString& path) {
-  auto bytes = readWholeFile(path);
-  if (!bytes)
-    return bytes.error();
-  return parse(std::move(*bytes));
 }
 
 // "….damaged-20261121-065500", and further if there is one already.
@@ -74,6 +53,7 @@ class PreferencesStore::Private {
   Result<void> openFile();
   void putAside(const Error& error);
   void takeSettings(const plist::Reader& reader);
+  Result<QString> keepCopy();
   enum class Adoption { Nothing, Adopted, Noticed };
   Adoption adoptOthers(const std::optional<FileIdentity>& seen);
   void readSection(const plist::Reader& reader);
@@ -91,7 +71,8 @@ class PreferencesStore::Private {
   StoreNotice notice;
   std::map<QString, Value> defaults;
   std::map<QString, Value> values;
-  std::set<QString> changed; // keys set since the last write
+  std::set<QString> changed;   // keys set since the last write
+  std::set<QString> elsewhere; // keys whose values the file does not hold
   StoreSection* section = nullptr;
   quint64 savedRevision = 0;
   bool savedEmpty = false; // the section as it is on the disk
@@ -126,7 +107,7 @@ Result<std::unique_ptr<PreferencesStore>> PreferencesStore::open(const Paths& pa
 
 Result<void> PreferencesStore::Private::openFile() {
   identity = identityOf(encodedFile);
-  auto reader = parseFile(paths.file);
+  auto reader = plist::readRootDictionary(paths.file);
   if (!reader && reader.error().kind == Error::Kind::Storage)
     return reader.error();
   if (!reader && reader.error().kind == Error::Kind::Damaged) {
@@ -152,7 +133,7 @@ void PreferencesStore::Private::putAside(const Error& error) {
   logLine(QStringLiteral("%1: %2").arg(paths.file, error.message));
   moveAside();
   for (const QString& copy : backups.newestFirst()) {
-    auto reader = parseFile(copy);
+    auto reader = plist::readRootDictionary(copy);
     if (!reader)
       continue;
     notice.restoredFrom = copy;
@@ -169,18 +150,16 @@ void PreferencesStore::Private::readSection(const plist::Reader& reader) {
   mustWrite = mustWrite || reading.repaired || reading.foreignElements > 0;
   notice.foreignElements = reading.foreignElements;
   if (reading.foreignElements > 0) {
-    if (const auto kept = backups.keep(paths.file, clock.now()))
+    if (const auto kept = keepCopy())
       notice.originalKeptAs = *kept;
   }
 }
 
-// Settings from the file, but for the keys that were set here since the last write.
+// Settings from the file, but for the keys that were set here since the last write. What the file
+// holds it keeps itself, whoever kept it before.
 void PreferencesStore::Private::takeSettings(const plist::Reader& reader) {
   std::map<QString, Value> taken;
-  for (const QString& key : changed) {
-    if (const auto kept = values.find(key); kept != values.end())
-      taken.insert(*kept);
-  }
+  std::set<QString> inFile;
   const QStringList sectionKeys = section ? section->keys() : QStringList();
   const plist::Ref root = reader.root();
   for (qsizetype i = 0; i < reader.count(root); ++i) {
@@ -188,9 +167,19 @@ void PreferencesStore::Private::takeSettings(const plist::Reader& reader) {
     if (reader.kind(key) != plist::Kind::String)
       continue;
     const QString name = reader.string(key);
-    if (changed.contains(name) || sectionKeys.contains(name))
+    if (changed.contains(name) || sectionKeys.contains(name) || name == kKeptElsewhere)
       continue;
     taken.emplace(name, reader.value(reader.valueAt(root, i)));
+    inFile.insert(name);
+  }
+  for (const QString& key : tockwise::keptElsewhere(reader)) {
+    if (!changed.contains(key) && !sectionKeys.contains(key))
+      elsewhere.insert(key);
+  }
+  std::erase_if(elsewhere, [&](const QString& key) { return inFile.contains(key); });
+  for (const auto& [key, value] : values) {
+    if (changed.contains(key) || elsewhere.contains(key))
+      taken.insert_or_assign(key, value);
   }
   values = std::move(taken);
   versionOnDisk = dataVersion();
@@ -228,7 +217,11 @@ Value PreferencesStore::value(const QString& key) const {
 }
 
 bool PreferencesStore::isSet(const QString& key) const {
-  return d->values.contains(key);
+  return d->values.contains(key) || d->elsewhere.contains(key);
+}
+
+bool PreferencesStore::isUnread(const QString& key) const {
+  return d->elsewhere.contains(key) && !d->values.contains(key);
 }
 
 void PreferencesStore::setValue(const QString& key, Value value) {
@@ -239,7 +232,33 @@ void PreferencesStore::setValue(const QString& key, Value value) {
     d->values.erase(found);
   else
     d->values[key] = std::move(value);
-  d->changed.insert(key);
+  if (!d->elsewhere.contains(key))
+    d->changed.insert(key);
+  if (onValueSet)
+    onValueSet(key);
+}
+
+void PreferencesStore::keepElsewhere(const QString& key) {
+  if (d->elsewhere.insert(key).second)
+    d->changed.insert(key);
+}
+
+void PreferencesStore::keepHere(const QString& key) {
+  if (d->elsewhere.erase(key) > 0)
+    d->changed.insert(key);
+}
+
+bool PreferencesStore::isKeptElsewhere(const QString& key) const {
+  return d->elsewhere.contains(key);
+}
+
+void PreferencesStore::provide(const QString& key, Value value) {
+  if (d->elsewhere.contains(key))
+    d->values[key] = std::move(value);
+}
+
+void PreferencesStore::cleanCopies() {
+  d->backups.removeValues(d->elsewhere);
 }
 
 bool PreferencesStore::isSaved() const {
@@ -258,7 +277,7 @@ PreferencesStore::Private::adoptOthers(const std::optional<FileIdentity>& seen) 
     mustWrite = true;
     return Adoption::Nothing;
   }
-  const auto reader = parseFile(paths.file);
+  const auto reader = plist::readRootDictionary(paths.file);
   if (!reader) {
     if (unreadable != seen) {
       unreadable = seen;
@@ -278,7 +297,7 @@ PreferencesStore::Private::adoptOthers(const std::optional<FileIdentity>& seen) 
   takeSettings(*reader);
   if (section && isSectionSaved())
     readSection(*reader);
-  else if (const auto kept = backups.keep(paths.file, clock.now()); !kept)
+  else if (const auto kept = keepCopy(); !kept)
     logLine(kept.error().message);
   return notice.isEmpty() ? Adoption::Adopted : Adoption::Noticed;
 }
@@ -289,6 +308,15 @@ QString PreferencesStore::Private::dataVersion() const {
   return text ? *text : QString();
 }
 
+// A copy of the file, but for what has found a safer place.
+Result<QString> PreferencesStore::Private::keepCopy() {
+  const auto bytes = readWholeFile(paths.file);
+  if (!bytes)
+    return bytes.error();
+  return backups.keepBytes(elsewhere.empty() ? *bytes : withoutValues(*bytes, elsewhere),
+                           clock.now());
+}
+
 // A copy of the state before the day's first write and before the first write of a new version.
 void PreferencesStore::Private::keepCopyBeforeWriting() {
   if (!identity)
@@ -297,7 +325,7 @@ void PreferencesStore::Private::keepCopyBeforeWriting() {
   const bool daily = !savedEmpty && !backups.hasCopyOfDay(clock.now());
   if (!daily && dataVersion() == versionOnDisk)
     return;
-  const auto kept = backups.keep(paths.file, clock.now());
+  const auto kept = keepCopy();
   if (!kept && !copyFailed)
     logLine(kept.error().message);
   copyFailed = !kept;
@@ -308,8 +336,14 @@ QByteArray PreferencesStore::Private::encode() const {
   std::vector<plist::Writer::Object> keys;
   std::vector<plist::Writer::Object> objects;
   for (const auto& [key, value] : values) {
+    if (elsewhere.contains(key))
+      continue;
     keys.push_back(writer.string(key));
     objects.push_back(writer.value(value));
+  }
+  if (!elsewhere.empty()) {
+    keys.push_back(writer.string(kKeptElsewhere));
+    objects.push_back(writer.value(keptElsewhereValue(elsewhere)));
   }
   if (section)
     section->writeTo(writer, keys, objects);

@@ -80,7 +80,22 @@ class PreferencesStore final : public Settings {
   /// The section's keys read as null here: their owner has them.
   Value value(const QString& key) const override;
   bool isSet(const QString& key) const override;
+  bool isUnread(const QString& key) const override;
   void setValue(const QString& key, Value value) override;
+
+  /// With the next write the file names the key in place of its value, which somebody else keeps
+  /// from now on; in memory it reads as it was set or provided. A file in which another process
+  /// gave the key a value ends this.
+  void keepElsewhere(const QString& key);
+  /// The value is written to the file again.
+  void keepHere(const QString& key);
+  bool isKeptElsewhere(const QString& key) const;
+  /// The value of a key that is kept elsewhere, for those who read it: nothing is to be written.
+  void provide(const QString& key, Value value);
+  /// Takes the values of what is kept elsewhere out of the copies that were kept of the file.
+  void cleanCopies();
+  /// Called after setValue() changed a value, before it is written.
+  std::function<void(const QString& key)> onValueSet;
 
   /// Adopts what another process changed in the file (keys changed here since the last write win;
   /// the section as a whole likewise, and then the other's file is kept in the backups), and

@@ -50,6 +50,7 @@ Value MemorySettings::value(const QString& key) const {
 }
 
 void MemorySettings::setValue(const QString& key, Value value) {
+  m_unread.erase(key);
   if (value.isNull())
     m_values.erase(key);
   else

@@ -5,6 +5,7 @@
 #include "store/value.h"
 
 #include <map>
+#include <set>
 
 namespace tockwise {
 
@@ -17,6 +18,9 @@ class Settings {
   virtual Value value(const QString& key) const = 0;
   /// Whether a value was set (a registered default does not count).
   virtual bool isSet(const QString& key) const = 0;
+  /// Whether a value was set that cannot be read now, since it is kept elsewhere; it reads as its
+  /// default.
+  virtual bool isUnread(const QString& key) const = 0;
   /// Takes effect at once; reaches the disk with the next synchronize(). A null value removes it.
   virtual void setValue(const QString& key, Value value) = 0;
   /// Writes what changed to the disk and sees what other processes wrote.
@@ -38,6 +42,8 @@ class MemorySettings final : public Settings {
       : m_defaults(std::move(defaults)) {}
   Value value(const QString& key) const override;
   bool isSet(const QString& key) const override { return m_values.contains(key); }
+  bool isUnread(const QString& key) const override { return m_unread.contains(key); }
+  void setUnread(const QString& key) { m_unread.insert(key); }
   void setValue(const QString& key, Value value) override;
   void synchronize() override { ++m_synchronizations; }
   int synchronizations() const { return m_synchronizations; }
@@ -45,6 +51,7 @@ class MemorySettings final : public Settings {
  private:
   std::map<QString, Value> m_defaults;
   std::map<QString, Value> m_values;
+  std::set<QString> m_unread;
   int m_synchronizations = 0;
 };
 

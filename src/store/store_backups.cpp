@@ -1,6 +1,8 @@
 #include "store/store_backups.h"
 
+#include "base/log.h"
 #include "dates/date_text.h"
+#include "store/kept_elsewhere.h"
 #include "store/store_file.h"
 
 #include <QDir>
@@ -43,8 +45,10 @@ bool StoreBackups::hasCopyOfDay(Date now) const {
 
 Result<QString> StoreBackups::keep(const QString& file, Date now) {
   const auto bytes = readWholeFile(file);
-  if (!bytes)
-    return bytes.error();
+  return bytes ? keepBytes(*bytes, now) : bytes.error();
+}
+
+Result<QString> StoreBackups::keepBytes(const QByteArray& bytes, Date now) {
   if (const auto made = makePrivateFolder(m_folder); !made)
     return made.error();
   const QString stamp = kBaseName + fileStamp(now);
@@ -54,12 +58,23 @@ Result<QString> StoreBackups::keep(const QString& file, Date now) {
     path = QDir(m_folder).filePath(
         QStringLiteral("%1-%2%3").arg(stamp).arg(number++, 3, 10, QChar(u'0')).arg(kEnding));
   } while (QFileInfo::exists(path));
-  if (const auto written = writeAtomically(path, *bytes); !written)
+  if (const auto written = writeAtomically(path, bytes); !written)
     return written.error();
   const QStringList all = newestFirst();
   for (qsizetype i = kMost; i < all.size(); ++i)
     QFile::remove(all[i]);
   return path;
+}
+
+void StoreBackups::removeValues(const std::set<QString>& keys) {
+  for (const QString& copy : newestFirst()) {
+    const auto bytes = readWholeFile(copy);
+    const QByteArray cleaned = bytes ? withoutValues(*bytes, keys) : QByteArray();
+    if (!bytes || cleaned == *bytes)
+      continue;
+    if (const auto written = writeAtomically(copy, cleaned); !written)
+      logLine(written.error().message);
+  }
 }
 
 } // namespace tockwise

@@ -5,8 +5,11 @@
 #include "base/date.h"
 #include "base/result.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
+
+#include <set>
 
 namespace tockwise {
 
@@ -20,6 +23,10 @@ class StoreBackups {
   /// Keeps a copy of file under the date and time; returns its path. NotFound when there is
   /// no file to keep.
   Result<QString> keep(const QString& file, Date now);
+  /// The same with these bytes.
+  Result<QString> keepBytes(const QByteArray& bytes, Date now);
+  /// Takes the values of these keys out of every copy that has them; see kept_elsewhere.h.
+  void removeValues(const std::set<QString>& keys);
   /// Whether a copy of that day (UTC) was kept.
   bool hasCopyOfDay(Date now) const;
   /// The copies, newest first.

@@ -17,6 +17,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace tockwise {
@@ -188,27 +189,79 @@ class FakeNotificationCentre final : public NotificationCentre {
   void click(quint64 number) { Q_EMIT didActivate(number); }
 };
 
-/// Answers at once.
+/// Answers at once, or when the test says so.
 class FakeSecretStore final : public SecretStore {
  public:
   State now = State::Available;
   std::map<QString, QString> secrets;
-  State state() const override { return now; }
+  QStringList calls;       // "look", "wake", "read KEY", "write KEY", "remove KEY"
+  bool fails = false;      // says no, whatever its state
+  bool forgets = false;    // says yes to writing and keeps nothing
+  bool delays = false;     // answers wait for answerAll()
+  bool stateIsOpen = true; // looking finds the state; else it stays Unknown until woken
+  std::vector<std::function<void()>> waiting;
+
+  State state() const override { return m_looked && stateIsOpen ? now : State::Unknown; }
+  void look(std::function<void()> done) override {
+    calls += QStringLiteral("look");
+    later([this, done = std::move(done)] { looked(done); });
+  }
+  void wake(std::function<void()> done) override {
+    calls += QStringLiteral("wake");
+    stateIsOpen = true;
+    later([this, done = std::move(done)] { looked(done); });
+  }
   void read(const QString& key, std::function<void(bool, std::optional<QString>)> answer) override {
-    const auto found = secrets.find(key);
-    const bool ok = now == State::Available;
-    answer(ok, ok && found != secrets.end() ? std::optional(found->second) : std::nullopt);
+    calls += QStringLiteral("read ") + key;
+    later([this, key, answer = std::move(answer)] {
+      const auto found = secrets.find(key);
+      const bool ok = works();
+      answer(ok, ok && found != secrets.end() ? std::optional(found->second) : std::nullopt);
+    });
   }
   void write(const QString& key, const QString& secret, std::function<void(bool)> answer) override {
-    if (now == State::Available)
-      secrets[key] = secret;
-    answer(now == State::Available);
+    calls += QStringLiteral("write ") + key;
+    later([this, key, secret, answer = std::move(answer)] {
+      if (works() && !forgets)
+        secrets[key] = secret;
+      answer(works());
+    });
   }
   void remove(const QString& key, std::function<void(bool)> answer) override {
-    if (now == State::Available)
-      secrets.erase(key);
-    answer(now == State::Available);
+    calls += QStringLiteral("remove ") + key;
+    later([this, key, answer = std::move(answer)] {
+      if (works())
+        secrets.erase(key);
+      answer(works());
+    });
   }
+
+  /// As the desktop would change it.
+  void become(State state) {
+    now = state;
+    Q_EMIT stateChanged();
+  }
+  /// Gives the answers that were asked for so far.
+  void answerAll() {
+    for (const auto& answer : std::exchange(waiting, {}))
+      answer();
+  }
+
+ private:
+  bool works() const { return now == State::Available && !fails; }
+  void looked(const std::function<void()>& done) {
+    m_looked = true;
+    Q_EMIT stateChanged();
+    if (done)
+      done();
+  }
+  void later(std::function<void()> answer) {
+    if (delays)
+      waiting.push_back(std::move(answer));
+    else
+      answer();
+  }
+  bool m_looked = false;
 };
 
 class RecordingFiringActions final : public FiringActions {

@@ -7,12 +7,15 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class QuickRemindPane;
 }
 
 namespace tockwise {
+
+class QuickRemindModel;
 
 /// Main thread.
 class QuickRemindPane final : public QWidget {
@@ -30,9 +33,22 @@ class QuickRemindPane final : public QWidget {
   void listChanged();
 
  private:
+  void connectAll();
+  void addToMenu();
+  void deleteItem();
+  void moveUp();
+  void moveDown();
+  void defaultOrder();
+  void showNewEntry();
+  /// Tells a refusal, or shows the list with that row selected.
+  void finish(const std::optional<PreferenceAlert>& refusal, qsizetype row);
+  void select(qsizetype row);
+  qsizetype selectedRow() const;
+
   QuickRemindMenu m_menu;
   Prompter& m_prompter;
   std::unique_ptr<Ui::QuickRemindPane> m_ui;
+  QuickRemindModel* m_model; // a child
 };
 
 } // namespace tockwise

@@ -3,6 +3,7 @@
 #include "app/app_controller.h"
 #include "app/menu_operations.h"
 #include "store/archive/text_archive.h"
+#include "store/documents/document_file.h"
 #include "store/plist_reader.h"
 #include "store/store_file.h"
 #include "support/fake_pasteboard.h"
@@ -10,9 +11,11 @@
 #include "support/test_environment.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace tockwise;
 
@@ -428,6 +431,20 @@ class AppControllerTest : public QObject {
     openAlerts(1); // the alert of a reminder that is gone stays
   }
 
+  void openingADocumentTellsThatTheDataChanged() {
+    addLater("a");
+    const QString path = m_environment->path(text("a.tockwise"));
+    QVERIFY(writeDocument(path, archivedDataDictionary(m_store->queue())).ok());
+    addLater("b");
+    QSignalSpy modified(m_controller.get(), &AppController::dataModified);
+    m_prompter->answers = {1, 0};
+    QVERIFY(m_controller->documents().openFile(path));
+    QCOMPARE(modified.size(), 0);
+    QVERIFY(m_controller->documents().openFile(path));
+    QCOMPARE(modified.size(), 1);
+    QTRY_COMPARE(textsOfQueue(), QStringList{text("a")});
+  }
+
   void aDisplayOptionIsFlippedAndChecked() {
     const auto isChecked = [this] {
       for (const MenuItem& item : m_controller->menuItems()) {
@@ -445,6 +462,26 @@ class AppControllerTest : public QObject {
     QVERIFY(!isChecked());
   }
 
+  void thePreviewHoldsTheTickAndTheMenu() {
+    bool isChecked = false;
+    QTimer::singleShot(0, this, [&] {
+      addDue("Tea");
+      QCoreApplication::processEvents(); // the poke of the change
+      QCOMPARE(m_controller->alertsJson().size(), 0);
+      QVERIFY(!m_wakeTimer->armed);
+      choose("newReminder");
+      QVERIFY(m_controller->editing().reminderWindows().empty());
+      choose("printAllCurrentAlerts");
+      isChecked = true;
+      qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject();
+    });
+    choose("print");
+    QVERIFY(isChecked);
+    QCOMPARE(m_controller->alertsJson().size(), 1); // at once
+    QVERIFY(m_wakeTimer->armed);
+    QCOMPARE(m_controller->printing().printWindows().size(), size_t(1));
+  }
+
   void everyOperationThatTheMenuOffersIsCarriedOut() {
     const QSet<QString> offered = availableMenuOperations();
     QVERIFY(offered.contains(text("sortByName")));
@@ -452,13 +489,14 @@ class AppControllerTest : public QObject {
       QCOMPARE(item.enabled, item.submenu.empty() ? offered.contains(item.action) : true);
   }
 
-  void actionsOfLaterSubsystemsStandInTheMenuDisabled() {
+  void theMenuOffersWhatTheProgramCanDo() {
     const auto items = m_controller->menuItems();
     const auto named = [&](const char* title) {
       return *std::find_if(items.begin(), items.end(),
                            [&](const MenuItem& item) { return item.title == text(title); });
     };
-    QVERIFY(!named("Save Reminders...").enabled);
+    QVERIFY(named("Save Reminders...").enabled);
+    QVERIFY(named("Open Reminders...").enabled);
     QCOMPARE(named("Save Reminders...").action, text("selItemSaveReminders"));
     QVERIFY(named("Quit Tockwise").enabled);
     QVERIFY(named("New Reminder...").enabled);

@@ -44,6 +44,39 @@ class QuickTimeTest : public QObject {
     QCOMPARE(stringToSeconds(text), seconds);
   }
 
+  void aTextThatIsWorthSomethingElseIsRemarkedOn_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("remark");
+    const auto row = [](const char* text, const char* remark) {
+      QTest::newRow(text) << QString::fromUtf8(text) << QString::fromUtf8(remark);
+    };
+    row("1 Minute", "");
+    row("90 Minutes ", "");
+    row("1 Day 30 Minutes ", "");
+    row("01 Days ", "adds nothing");
+    row("1 Minutes", "adds nothing");
+    row("soon", "adds nothing");
+    row("", "adds nothing");
+    row("x Days 5 Minutes ", "counts as 5 minutes");
+    row("5x Minutes", "counts as 5 minutes");
+    row("01 Days 1 Hour 90 Minutes", "counts as 2 hours 30 minutes");
+    row("1 Day 2", "counts as 1 day");
+    row("-1 Days", "lies in the past");
+    row("-2 Days", "lies in the past");
+  }
+  void aTextThatIsWorthSomethingElseIsRemarkedOn() {
+    QFETCH(QString, text);
+    QFETCH(QString, remark);
+    QCOMPARE(quickTimeRemark(text), remark);
+  }
+
+  void durationsAreSaidInTheirUnits() {
+    QCOMPARE(durationText(0), QString());
+    QCOMPARE(durationText(60), QStringLiteral("1 minute"));
+    QCOMPARE(durationText(93600), QStringLiteral("1 day 2 hours"));
+    QCOMPARE(durationText(2 * 86400 + 3600 + 120), QStringLiteral("2 days 1 hour 2 minutes"));
+  }
+
   void hugeNumbersDoNotOverflow() {
     QVERIFY(stringToSeconds(QStringLiteral("99999999999999999 Days")) > 0);
     QVERIFY(stringToSeconds(QStringLiteral("9223372036854775807 Days 9223372036854775807 Days")) >

@@ -51,6 +51,18 @@ class SettingTableTest : public QObject {
     QVERIFY(!parseSetting(SettingType::Integer, {QStringLiteral("1"), QStringLiteral("2")}));
   }
 
+  void thePortMayBeEmptiedAgain() {
+    const SettingRow* row = findSetting(u"serverPortAD");
+    QVERIFY(row);
+    QCOMPARE(*parseSetting(row->type, {QString()}), Value(QString()));
+    QCOMPARE(*parseSetting(row->type, {QStringLiteral("25")}), Value(25));
+    QVERIFY(!parseSetting(row->type, {QStringLiteral("x")}));
+    QVERIFY(!parseSetting(row->type, {}));
+    QVERIFY(!parseSetting(SettingType::Integer, {QString()}));
+    QCOMPARE(formatSetting(row->type, Value(QString())), QString());
+    QCOMPARE(formatSetting(row->type, Value(25)), QStringLiteral("25"));
+  }
+
   void aStringIsTakenAsItIs() {
     QCOMPARE(*parseSetting(SettingType::String, {QString()}), Value(QString()));
     QVERIFY(!parseSetting(SettingType::String, {}));
