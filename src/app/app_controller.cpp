@@ -253,6 +253,8 @@ bool AppController::mayQuit(QuitMode mode) {
     return true;
   if (m_quitQuestion.applicationShouldTerminate() == TerminateReply::Cancel)
     return false;
+  if (m_preferenceWindow && !m_preferenceWindow->applicationShouldTerminate())
+    return false;
   saveNow();
   if (m_store->preferences().isSaved())
     return true;

@@ -80,6 +80,10 @@ HotKeyText taken(const States& states) {
 
 } // namespace
 
+QString hotKeyCommand(HotKey key) {
+  return QString::fromUtf16(kRows[size_t(key) - 1].command);
+}
+
 HotKeyText hotKeyText(const States& states, const QString& detail) {
   const auto any = [&](State state) {
     return std::find(states.begin(), states.end(), state) != states.end();

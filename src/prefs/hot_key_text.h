@@ -19,6 +19,9 @@ HotKeyText hotKeyText(const std::array<HotKeys::State, 4>& states, const QString
 /// The same of keys as they are now. Main thread.
 HotKeyText hotKeyText(const HotKeys& hotKeys);
 
+/// What the user can bind to a key in the desktop's own settings. Any thread.
+QString hotKeyCommand(HotKey key);
+
 /// One line on what pressing a key came to where the program itself received it.
 QString hotKeyPressText(HotKey key, HotKeys::State state);
 

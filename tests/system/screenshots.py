@@ -109,6 +109,26 @@ def writing(folder):
         session.quit_application()
 
 
+def preferences(folder):
+    with Session(tray="status-notifier") as session:
+        session.desktop.paint_background(*WALLPAPER)
+        for key, value in (("emailAddressAD", "amina@example.org"),
+                           ("smtpServerNameAD", "smtp.example.org"),
+                           ("serverPortAD", "587"), ("authenticationAD", "2"),
+                           ("usernameAD", "amina"), ("passwordAD", "not my real one"),
+                           ("useADPrefs", "YES")):
+            session.tockwise("prefs", "set", key, value)
+        session.start_application()
+        PanelMenu(session).choose("Preferences...")
+        frameless(session, "Preferences")
+        for panes, name in ((2, "preferences-menu.png"), (4, "preferences-mail.png")):
+            for _ in range(panes):
+                session.desktop.press("Next", "Control_L")
+            photograph(session, frameless(session, "Preferences"), folder / name)
+        session.desktop.press("Escape")
+        session.quit_application()
+
+
 def opening(folder):
     """A document whose reminders have tasks, as it is opened."""
     now = time.time() // 60 * 60
@@ -167,6 +187,7 @@ def main():
     folder = Path(sys.argv[1])
     menu_and_alert(folder)
     writing(folder)
+    preferences(folder)
     opening(folder)
     printing(folder)
 

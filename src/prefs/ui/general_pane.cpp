@@ -1,14 +1,11 @@
 #include "prefs/ui/general_pane.h"
 
+#include "prefs/hot_key_text.h"
 #include "prefs/ui/section_label.h"
 #include "ui_GeneralPane.h"
 
 namespace tockwise {
 namespace {
-
-/// What the user can bind to a key in the desktop's own settings, for each of kHotKeys.
-constexpr const char16_t* kCommands[] = {u"tockwise new", u"tockwise alerts show",
-                                         u"tockwise alerts hide", u"tockwise print --alerts"};
 
 constexpr char16_t kLoginItem[] = u"loginItem";
 
@@ -91,7 +88,7 @@ void GeneralPane::showHotKeys() {
     const auto index = size_t(key) - 1;
     const HotKeys::State state = m_hotKeys.state(key);
     missing |= state == HotKeys::State::Taken || state == HotKeys::State::NotAvailable;
-    states[index]->setText(stateText(state, QString::fromUtf16(kCommands[index])));
+    states[index]->setText(stateText(state, hotKeyCommand(key)));
   }
   QString hint;
   if (missing)

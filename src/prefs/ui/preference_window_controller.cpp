@@ -175,6 +175,11 @@ void PreferenceWindowController::fill() {
 }
 
 void PreferenceWindowController::settingsChanged() {
+  if (m_isOpen) // else it is filled when it opens
+    follow();
+}
+
+void PreferenceWindowController::follow() {
   for (PreferencePane* pane : m_panes)
     pane->follow();
   m_quickRemindPane->reloadData();
@@ -210,7 +215,7 @@ void PreferenceWindowController::saveForm() {
     for (PreferencePane* pane : m_panes)
       pane->saved();
   }
-  settingsChanged(); // what saving has switched off is shown
+  follow(); // what saving has switched off is shown
   Q_EMIT settingsWritten();
   for (size_t i = 0; i < saved.alerts.size(); ++i) {
     // The last of an incomplete saving is about the options of the queue.
@@ -247,6 +252,10 @@ bool PreferenceWindowController::windowShouldClose() {
     return false;
   savePreferences();
   return m_lastSaved.complete;
+}
+
+bool PreferenceWindowController::applicationShouldTerminate() {
+  return !m_isOpen || !isWindowModified() || windowShouldClose();
 }
 
 void PreferenceWindowController::closeEvent(QCloseEvent* event) {

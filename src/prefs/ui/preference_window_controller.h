@@ -66,6 +66,9 @@ class PreferenceWindowController final : public QDialog {
   /// Lets the user choose the file of the default task in a dialog that takes the window's place
   /// meanwhile, and puts its path into the field.
   void browse();
+  /// Whether the program may end: what the user changed in an open window is saved first, as when
+  /// it closes.
+  bool applicationShouldTerminate();
   void doAlert(const QString& title, const QString& text);
 
   Pane pane() const;
@@ -93,6 +96,7 @@ class PreferenceWindowController final : public QDialog {
   void addPane(PreferencePane* pane, const QString& title);
   void makePaneShortcuts();
   void fill();
+  void follow();
   void place();
   void showEdited();
   PreferenceForm shownForm() const;

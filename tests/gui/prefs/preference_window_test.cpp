@@ -271,6 +271,33 @@ class PreferenceWindowTest : public QObject {
     QVERIFY(window().isVisible());
   }
 
+  void quittingSavesWhatWasTyped() {
+    QVERIFY(window().applicationShouldTerminate()); // never opened
+    open();
+    tick("sendEmailBox", true);
+    QVERIFY(window().applicationShouldTerminate()); // nothing to save, nothing to tell
+    QVERIFY(m_preferences->prompter.asked.empty());
+    write("emailField", "me@example.org");
+    tick("useAbsolute", false);
+    tick("useCountdown", false);
+    QVERIFY(!window().applicationShouldTerminate());
+    QCOMPARE(window().pane(), Pane::Menu);
+    tick("useCountdown", true);
+    QVERIFY(window().applicationShouldTerminate());
+    QCOMPARE(stored("email"), text("me@example.org"));
+    QVERIFY(!isOn("useAbsolute"));
+  }
+
+  void aClosedWindowDoesNotFollow() {
+    open();
+    click("okButton");
+    set("email", text("other@example.org"));
+    window().settingsChanged();
+    QCOMPARE(find<QLineEdit>("emailField")->text(), QString());
+    window().prefs();
+    QCOMPARE(find<QLineEdit>("emailField")->text(), text("other@example.org"));
+  }
+
   void anEmptyPortBecomes587() {
     open();
     write("serverPortField", "");
