@@ -20,6 +20,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 
 namespace tockwise {
@@ -28,6 +29,9 @@ namespace {
 // How long a command waits for another one that has the store open.
 constexpr qint64 kPatience = 10000;  // ms
 constexpr unsigned long kPause = 10; // ms
+
+// An application that hangs is amiss, too.
+constexpr std::chrono::seconds kPatienceOfDoctor{5};
 
 using Printed = Result<QString>; // what a command prints on stdout
 
@@ -255,6 +259,8 @@ Printed carryOut(Backend& backend, const Invocation& words) {
 int printChecks(const Invocation& words) {
   QJsonArray checks;
   const auto bus = BusBackend::connect();
+  if (bus)
+    bus->setPatience(kPatienceOfDoctor);
   const auto reply = bus ? bus->call(QStringLiteral("Doctor"), {}) : Result<QVariant>(QVariant());
   if (reply && reply->isValid())
     checks = QJsonDocument::fromJson(reply->toString().toUtf8()).array();
