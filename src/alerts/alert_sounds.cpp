@@ -61,11 +61,11 @@ QString AlertSounds::selectedAlertSound() const {
                                           : QString::fromUtf16(kFallbackSound);
 }
 
-QString AlertSounds::find(const QString& name) const {
+QString AlertSounds::pathIn(const QStringList& folders, const QString& name) {
   // A stored name is a file name; anything with a folder in it is nobody's sound of ours.
   if (name.isEmpty() || name.contains(u'/'))
     return {};
-  for (const QString& folder : m_folders) {
+  for (const QString& folder : folders) {
     QString path = folder + u'/' + name;
     if (QFileInfo(path).isFile())
       return path;
@@ -74,8 +74,8 @@ QString AlertSounds::find(const QString& name) const {
 }
 
 QString AlertSounds::pathOfSound(const QString& name) const {
-  QString path = find(name);
-  return path.isEmpty() ? find(QString::fromUtf16(kFallbackSound)) : path;
+  QString path = pathIn(m_folders, name);
+  return path.isEmpty() ? pathIn(m_folders, QString::fromUtf16(kFallbackSound)) : path;
 }
 
 void AlertSounds::playAlertSound() {

@@ -25,6 +25,8 @@ class AlertSounds {
   /// The program's own sound folders: beside the program as built or installed
   /// (../share/tockwise/sounds), then those of XDG_DATA_HOME and XDG_DATA_DIRS.
   static QStringList standardFolders();
+  /// Where the first of the folders that has a sound of that file name has it, or "".
+  static QString pathIn(const QStringList& folders, const QString& name);
   /// The random source of the running program.
   static RandomSource systemRandom();
 
@@ -43,8 +45,6 @@ class AlertSounds {
   void playAlertSound();
 
  private:
-  QString find(const QString& name) const;
-
   Settings& m_settings;
   SoundPlayer& m_player;
   QStringList m_folders;

@@ -113,9 +113,7 @@ void AlertWindowController::present(QPoint corner) {
 void AlertWindowController::expose() {
   if (m_dismissed)
     return;
-  if (isMinimized())
-    showNormal();
-  else if (!isVisible())
+  if (!isVisible() || isMinimized())
     bringBack();
   raise();
 }
@@ -125,6 +123,7 @@ void AlertWindowController::bringBack() {
     return;
   if (!isVisible() && m_corner)
     move(*m_corner); // a window that is mapped again would be placed anew
+  setWindowState(windowState() & ~Qt::WindowMinimized);
   m_guard->start();
   show();
   raise();

@@ -2,20 +2,19 @@
 
 #include "alerts/alert_placement.h"
 #include "alerts/alert_rich_text.h"
+#include "alerts/screen_places.h"
 
-#include <QApplication>
-#include <QCursor>
-#include <QPointer>
 #include <QScreen>
-#include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace tockwise {
 namespace {
 
 constexpr int kSettleDelay = 150;   // milliseconds
 constexpr int kCloseAllDelay = 100; // milliseconds: the windows come back before they close
+constexpr int kShareOfTurn = 40;    // milliseconds in which windows are made before others get on
 constexpr int kTitleBar = 32;       // until a window has been mapped its frame is not known
 
 enum CloseAllAnswer { No = 0, Yes = 1 };
@@ -30,22 +29,8 @@ Question closeAllQuestion() {
   return question;
 }
 
-QScreen* screenWithPointer() {
-  QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
-  return screen ? screen : QGuiApplication::primaryScreen();
-}
-
-/// The questions and editors of ours that are on the screen.
-QList<QRect> openDialogs() {
-  QList<QRect> result;
-  const QWidgetList windows = QApplication::topLevelWidgets();
-  for (const QWidget* window : windows) {
-    const bool isDialog = window->isVisible() && window->windowType() == Qt::Dialog &&
-                          !qobject_cast<const AlertWindowController*>(window);
-    if (isDialog)
-      result += window->frameGeometry();
-  }
-  return result;
+bool isAlert(const QWidget& window) {
+  return qobject_cast<const AlertWindowController*>(&window) != nullptr;
 }
 
 Error noSuchAlert(qsizetype position) {
@@ -61,131 +46,202 @@ AlertWindows::AlertWindows(const ReminderQueue& queue, AlertSounds& sounds, Prom
       m_queue(queue),
       m_sounds(sounds),
       m_prompter(prompter),
-      m_unarchive(std::move(unarchive)) {}
+      m_unarchive(std::move(unarchive)) {
+  m_nextTurn.setSingleShot(true);
+  m_nextTurn.setInterval(0);
+  connect(&m_nextTurn, &QTimer::timeout, this, &AlertWindows::nextTurn);
+}
 
 AlertWindows::~AlertWindows() {
   // No event loop may come after this one to delete them later.
-  for (WindowPointer& window : m_windows)
-    delete window.release();
+  for (ListedAlert& alert : m_alerts)
+    alert.deleteWindow();
 }
 
 qsizetype AlertWindows::open(const AlertRequest& request, AlertLevel level) {
   m_sounds.playAlertSound();
-  m_windows.emplace_back(new AlertWindowController(request, level, m_unarchive));
-  AlertWindowController* window = m_windows.back().get();
-  connectWindow(window);
-  place(*window);
-  keepLevels();
+  dropRestored(request);
+  append({request, level, false});
+  makeWaiting();
   const qsizetype position = count() - 1;
   Q_EMIT opened(request.reminderUUID);
   Q_EMIT countChanged();
+  Q_EMIT statesChanged();
   return position;
 }
 
-void AlertWindows::connectWindow(AlertWindowController* window) {
-  connect(window, &AlertWindowController::okChosen, this, [this, window] { remove(window); });
+void AlertWindows::restore(const std::vector<AlertState>& states) {
+  if (states.empty())
+    return;
+  for (const AlertState& state : states)
+    append(state);
+  m_lastRestored = m_lastNumber;
+  m_nextTurn.start();
+  for (const AlertState& state : states)
+    Q_EMIT opened(state.request.reminderUUID);
+  Q_EMIT countChanged();
+  Q_EMIT statesChanged();
+}
+
+void AlertWindows::append(AlertState state) {
+  m_alerts.emplace_back(++m_lastNumber, std::move(state));
+}
+
+/// Makes the windows that wait, oldest first, until this turn's share of the time is used up.
+void AlertWindows::makeWaiting() {
+  for (ListedAlert& alert : m_alerts) {
+    if (!alert.isWaiting())
+      continue;
+    m_nextTurn.start();
+    if (!m_turn.isValid())
+      m_turn.start();
+    else if (m_turn.hasExpired(kShareOfTurn))
+      return;
+    makeWindow(alert);
+  }
+}
+
+void AlertWindows::nextTurn() {
+  m_turn.invalidate();
+  makeWaiting();
+  const bool isWaiting = std::any_of(m_alerts.begin(), m_alerts.end(),
+                                     [](const ListedAlert& alert) { return alert.isWaiting(); });
+  if (!isWaiting && std::exchange(m_bringsNewestUp, false))
+    bringNewestUp();
+}
+
+void AlertWindows::makeWindow(ListedAlert& alert) {
+  alert.setWindow(new AlertWindowController(alert.request(), alert.level(), m_unarchive));
+  connectWindow(alert.window(), alert.number());
+  place(*alert.window());
+  keepLevels();
+}
+
+void AlertWindows::connectWindow(AlertWindowController* window, quint64 number) {
+  connect(window, &AlertWindowController::okChosen, this, [this, number] { remove(number); });
   connect(window, &AlertWindowController::remindAgainChosen, this,
-          [this, window] { remindAgainFrom(window); });
+          [this, number] { remindAgainFrom(number); });
   connect(window, &AlertWindowController::deleteChosen, this,
-          [this, window] { deleteReminderOf(window); });
+          [this, number] { deleteReminderOf(number); });
   connect(window, &AlertWindowController::linkChosen, this, &AlertWindows::followLink);
 }
 
 void AlertWindows::place(AlertWindowController& window) const {
-  QScreen* screen = screenWithPointer();
-  const QRect workArea = screen->availableGeometry();
+  const QRect workArea = screenWithPointer()->availableGeometry();
   window.fit(workArea);
   QList<QRect> others;
-  for (const WindowPointer& other : m_windows) {
-    if (other.get() != &window && other->isVisible())
+  for (const ListedAlert& alert : m_alerts) {
+    const AlertWindowController* other = alert.window();
+    if (other && other != &window && other->isVisible())
       others += other->frameGeometry();
   }
-  window.present(placeAlert(window.size() + QSize(0, kTitleBar), workArea, others, openDialogs()));
+  window.present(
+      placeAlert(window.size() + QSize(0, kTitleBar), workArea, others, visibleDialogs(isAlert)));
 }
 
 void AlertWindows::keepLevels() {
-  for (const WindowPointer& window : m_windows) {
-    if (window->level() == AlertLevel::MainMenu && window->isVisible())
-      window->raise();
+  for (const ListedAlert& alert : m_alerts) {
+    if (alert.level() == AlertLevel::MainMenu && alert.window() && alert.window()->isVisible())
+      alert.window()->raise();
   }
 }
 
 std::vector<AlertEntry> AlertWindows::entries() const {
   std::vector<AlertEntry> result;
-  for (const WindowPointer& window : m_windows) {
-    const AlertRequest& request = window->request();
+  for (const ListedAlert& alert : m_alerts) {
+    const AlertRequest& request = alert.request();
     result.push_back({qsizetype(result.size()), request.reminderUUID, request.reminder,
-                      request.RTFData, request.date, window->isVisible(), request.rescheduled});
+                      request.RTFData, request.date, alert.isShown(), request.rescheduled});
   }
   return result;
 }
 
-AlertWindowController* AlertWindows::window(qsizetype position) const {
-  return position >= 0 && position < count() ? m_windows[size_t(position)].get() : nullptr;
+std::vector<AlertState> AlertWindows::states() const {
+  std::vector<AlertState> result;
+  for (const ListedAlert& alert : m_alerts) {
+    if (!alert.isDismissed())
+      result.push_back(alert.state());
+  }
+  return result;
 }
 
-qsizetype AlertWindows::positionOf(const AlertWindowController* window) const {
-  const auto found = std::find_if(m_windows.begin(), m_windows.end(),
-                                  [&](const WindowPointer& each) { return each.get() == window; });
-  return found == m_windows.end() ? -1 : found - m_windows.begin();
+AlertWindowController* AlertWindows::window(qsizetype position) {
+  ListedAlert* alert = alertAt(position);
+  if (alert && alert->isWaiting())
+    makeWindow(*alert);
+  return alert ? alert->window() : nullptr;
+}
+
+ListedAlert* AlertWindows::alertAt(qsizetype position) {
+  return position >= 0 && position < count() ? &m_alerts[size_t(position)] : nullptr;
+}
+
+ListedAlert* AlertWindows::find(quint64 number) {
+  const auto found = std::find_if(m_alerts.begin(), m_alerts.end(), [&](const ListedAlert& alert) {
+    return alert.number() == number;
+  });
+  return found == m_alerts.end() ? nullptr : &*found;
 }
 
 Result<void> AlertWindows::exposeCurrentAlert(qsizetype position) {
-  AlertWindowController* chosen = window(position);
+  ListedAlert* chosen = alertAt(position);
   if (!chosen)
     return noSuchAlert(position);
   chosen->expose();
+  if (chosen->isWaiting())
+    makeWindow(*chosen);
   keepLevels();
+  Q_EMIT statesChanged();
   return {};
 }
 
 Result<void> AlertWindows::OK(qsizetype position) {
-  AlertWindowController* chosen = window(position);
+  const ListedAlert* chosen = alertAt(position);
   if (!chosen)
     return noSuchAlert(position);
-  remove(chosen);
+  remove(chosen->number());
   return {};
 }
 
 Result<void> AlertWindows::remindAgain(qsizetype position) {
-  AlertWindowController* chosen = window(position);
+  const ListedAlert* chosen = alertAt(position);
   if (!chosen)
     return noSuchAlert(position);
-  remindAgainFrom(chosen);
+  remindAgainFrom(chosen->number());
   return {};
 }
 
 Result<void> AlertWindows::deleteReminder(qsizetype position) {
-  AlertWindowController* chosen = window(position);
+  const ListedAlert* chosen = alertAt(position);
   if (!chosen)
     return noSuchAlert(position);
-  deleteReminderOf(chosen);
+  deleteReminderOf(chosen->number());
   return {};
 }
 
-/// Takes the window off the list, if it still is on it.
-void AlertWindows::remove(AlertWindowController* window) {
-  const qsizetype position = positionOf(window);
-  if (position < 0)
+/// Takes the alert off the list, if it still is on it.
+void AlertWindows::remove(quint64 number) {
+  ListedAlert* alert = find(number);
+  if (!alert)
     return;
-  const QString uuid = window->request().reminderUUID;
-  window->dismiss();
-  m_windows.erase(m_windows.begin() + position);
+  const QString uuid = alert->request().reminderUUID;
+  alert->dismiss();
+  m_alerts.erase(m_alerts.begin() + (alert - m_alerts.data()));
   Q_EMIT closed(uuid);
   Q_EMIT countChanged();
+  Q_EMIT statesChanged();
 }
 
-void AlertWindows::remindAgainFrom(AlertWindowController* window) {
-  if (window->isDismissed())
+void AlertWindows::remindAgainFrom(quint64 number) {
+  ListedAlert* alert = find(number);
+  if (!alert || alert->isDismissed())
     return;
-  const AlertRequest& alert = window->request();
-  const RemindAgainRequest request{alert.reminderType, alert.reminder,       alert.RTFData,
-                                   window->smsState(), window->emailState(), alert.reminderUUID};
-  window->dismiss();
-  const QPointer<AlertWindowController> guarded(window);
+  const AlertRequest& of = alert->request();
+  const RemindAgainRequest request{of.reminderType, of.reminder,  of.RTFData,
+                                   of.sentSMS,      of.sentEmail, of.reminderUUID};
+  alert->dismiss();
   Q_EMIT remindAgainRequested(request);
-  if (guarded)
-    remove(guarded);
+  remove(number);
 }
 
 qsizetype AlertWindows::rescheduledReminderIndex(const QByteArray& RTFData) const {
@@ -194,55 +250,92 @@ qsizetype AlertWindows::rescheduledReminderIndex(const QByteArray& RTFData) cons
   return found == stored.end() ? 0 : found - stored.begin();
 }
 
-void AlertWindows::deleteReminderOf(AlertWindowController* window) {
-  const QPointer<AlertWindowController> guarded(window);
-  if (m_remover)
-    m_remover->removeReminder(rescheduledReminderIndex(window->request().RTFData));
-  if (guarded)
-    remove(guarded);
+void AlertWindows::deleteReminderOf(quint64 number) {
+  if (const ListedAlert* alert = find(number); alert && m_remover)
+    m_remover->removeReminder(rescheduledReminderIndex(alert->request().RTFData));
+  remove(number);
+}
+
+void AlertWindows::dropRestored(const AlertRequest& request) {
+  if (request.reminderUUID.isEmpty())
+    return;
+  const auto twin = std::find_if(m_alerts.begin(), m_alerts.end(), [&](const ListedAlert& alert) {
+    return alert.number() <= m_lastRestored &&
+           alert.request().reminderUUID == request.reminderUUID &&
+           alert.request().date == request.date;
+  });
+  if (twin != m_alerts.end())
+    remove(twin->number());
 }
 
 Result<void> AlertWindows::hide(qsizetype position) {
-  AlertWindowController* chosen = window(position);
+  ListedAlert* chosen = alertAt(position);
   if (!chosen)
     return noSuchAlert(position);
-  chosen->putAway();
+  chosen->hide();
+  Q_EMIT statesChanged();
   return {};
 }
 
 void AlertWindows::hideAllCurrentAlerts() {
-  for (const WindowPointer& window : m_windows)
-    window->putAway();
+  m_bringsNewestUp = false;
+  for (ListedAlert& alert : m_alerts)
+    alert.hide();
+  Q_EMIT statesChanged();
 }
 
 void AlertWindows::showAllCurrentAlerts() {
-  for (const WindowPointer& window : m_windows)
-    window->bringBack();
+  for (ListedAlert& alert : m_alerts)
+    alert.show();
+  makeWaiting();
   keepLevels();
-  const auto newest = std::find_if(m_windows.rbegin(), m_windows.rend(),
-                                   [](const WindowPointer& each) { return !each->isDismissed(); });
-  if (newest == m_windows.rend())
+  bringNewestUp();
+  Q_EMIT statesChanged();
+}
+
+void AlertWindows::bringNewestUp() {
+  const auto newest = std::find_if(m_alerts.rbegin(), m_alerts.rend(),
+                                   [](const ListedAlert& alert) { return !alert.isDismissed(); });
+  if (newest == m_alerts.rend() || !newest->isShown())
     return;
-  (*newest)->activateWindow();
+  if (!newest->window()) {
+    m_bringsNewestUp = true;
+    return;
+  }
+  newest->window()->activateWindow();
   // A busy window manager may have put them up in another order than they were asked for.
-  AlertWindowController* onTop = newest->get();
+  AlertWindowController* onTop = newest->window();
   QTimer::singleShot(kSettleDelay, onTop, [onTop] {
     if (onTop->isVisible() && onTop->isActiveWindow())
       onTop->raise();
   });
 }
 
+void AlertWindows::hideForQuestion(int question) {
+  m_bringsNewestUp = false;
+  for (ListedAlert& alert : m_alerts)
+    alert.hideForQuestion(question);
+}
+
+void AlertWindows::showAfterQuestion(int question) {
+  if (question <= 1) {
+    showAllCurrentAlerts();
+    return;
+  }
+  for (ListedAlert& alert : m_alerts)
+    alert.showAfterQuestion(question);
+  makeWaiting();
+  keepLevels();
+}
+
 void AlertWindows::closeAllCurrentAlerts() {
-  hideAllCurrentAlerts();
-  const int answer = m_prompter.ask(closeAllQuestion());
-  showAllCurrentAlerts();
-  if (answer != No)
+  if (m_prompter.ask(closeAllQuestion()) != No)
     QTimer::singleShot(kCloseAllDelay, this, &AlertWindows::okAll);
 }
 
 void AlertWindows::okAll() {
-  while (!m_windows.empty())
-    remove(m_windows.front().get());
+  while (!m_alerts.empty())
+    remove(m_alerts.front().number());
 }
 
 void AlertWindows::followLink(const QUrl& address) {

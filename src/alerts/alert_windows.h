@@ -2,17 +2,18 @@
 #pragma once
 
 #include "alerts/alert_sounds.h"
-#include "alerts/alert_window_controller.h"
 #include "alerts/current_alerts.h"
+#include "alerts/listed_alert.h"
 #include "alerts/remove_reminder.h"
 #include "base/result.h"
 #include "engine/firing.h"
 #include "ports/prompter.h"
 #include "store/reminder_queue.h"
 
+#include <QElapsedTimer>
 #include <QObject>
+#include <QTimer>
 
-#include <memory>
 #include <vector>
 
 namespace tockwise {
@@ -36,11 +37,14 @@ struct AlertEntry {
   QString text;
   QByteArray RTFData;
   Date date;
-  bool shown = false; // false while hidden
+  bool shown = false; // false while hidden, also for a question
   bool rescheduled = false;
 };
 
 /// Main thread. An alert stays open when its reminder is deleted or changed.
+///
+/// The first window of a burst is made at once, the others in slices between which the event loop
+/// runs; until then they are on the list as all others are.
 class AlertWindows final : public QObject, public CurrentAlerts {
   Q_OBJECT
  public:
@@ -53,14 +57,21 @@ class AlertWindows final : public QObject, public CurrentAlerts {
   void setReminderRemover(ReminderRemover* remover) { m_remover = remover; }
 
   /// Plays the alert sound and opens an alert window without taking the keyboard, on the screen
-  /// with the pointer. Returns its position in the list.
+  /// with the pointer. Returns its position in the list. An alert of the same reminder and date
+  /// that was restored goes away: its firing was not saved, and this is it.
   qsizetype open(const AlertRequest& request, AlertLevel level = AlertLevel::ModalPanel);
+  /// Opens alerts of an earlier session again, in their order, without a sound. Their windows are
+  /// made when the event loop runs.
+  void restore(const std::vector<AlertState>& states);
 
-  qsizetype count() const override { return qsizetype(m_windows.size()); }
+  qsizetype count() const override { return qsizetype(m_alerts.size()); }
   /// Oldest first.
   std::vector<AlertEntry> entries() const;
-  /// The window at that position, or null.
-  AlertWindowController* window(qsizetype position) const;
+  /// The alerts that nobody answered yet, oldest first.
+  std::vector<AlertState> states() const;
+  /// The window at that position, made now if it waits for that; null when there is no such
+  /// position, or the alert was hidden before it was ever seen.
+  AlertWindowController* window(qsizetype position);
 
   // Each of these fails with OutOfRange when there is no such position.
   /// Brings the window to the front without giving it the keyboard.
@@ -76,36 +87,45 @@ class AlertWindows final : public QObject, public CurrentAlerts {
   /// byte, the one at index 0 when none does; closes the alert whatever the answer was.
   Result<void> deleteReminder(qsizetype position);
 
-  void hideAllCurrentAlerts() override;
-  void showAllCurrentAlerts() override;
+  /// Takes every alert window off the screen; none is closed.
+  void hideAllCurrentAlerts();
+  /// Brings every alert window to the front, oldest first, so that the newest ends on top and
+  /// has the keyboard.
+  void showAllCurrentAlerts();
   /// Asks; on "Yes" dismisses every alert a moment later.
   void closeAllCurrentAlerts();
   /// Dismisses every alert without a question.
   void okAll();
 
+  void hideForQuestion(int question) override;
+  void showAfterQuestion(int question) override;
+
  Q_SIGNALS:
   void opened(const QString& reminderUUID);
   void closed(const QString& reminderUUID);
   void countChanged();
+  /// states() is another than before.
+  void statesChanged();
   void remindAgainRequested(const tockwise::RemindAgainRequest& request);
   /// A link in an alert's text was clicked. Only addresses that a text may open are passed on.
   void linkChosen(const QUrl& address);
 
  private:
-  /// Windows are closed from within their own buttons' signals, so they are deleted later.
-  struct DeleteLater {
-    void operator()(QObject* object) const { object->deleteLater(); }
-  };
-  using WindowPointer = std::unique_ptr<AlertWindowController, DeleteLater>;
-
-  void connectWindow(AlertWindowController* window);
+  void append(AlertState state);
+  void makeWaiting();
+  void makeWindow(ListedAlert& alert);
+  void nextTurn();
+  void connectWindow(AlertWindowController* window, quint64 number);
   void place(AlertWindowController& window) const;
   void keepLevels();
-  qsizetype positionOf(const AlertWindowController* window) const;
+  void bringNewestUp();
+  ListedAlert* alertAt(qsizetype position);
+  ListedAlert* find(quint64 number);
   qsizetype rescheduledReminderIndex(const QByteArray& RTFData) const;
-  void remove(AlertWindowController* window);
-  void remindAgainFrom(AlertWindowController* window);
-  void deleteReminderOf(AlertWindowController* window);
+  void dropRestored(const AlertRequest& request);
+  void remove(quint64 number);
+  void remindAgainFrom(quint64 number);
+  void deleteReminderOf(quint64 number);
   void followLink(const QUrl& address);
 
   const ReminderQueue& m_queue;
@@ -113,7 +133,12 @@ class AlertWindows final : public QObject, public CurrentAlerts {
   Prompter& m_prompter;
   ReminderRemover* m_remover = nullptr;
   UnarchiveText m_unarchive;
-  std::vector<WindowPointer> m_windows; // alertWindows, oldest first
+  std::vector<ListedAlert> m_alerts; // alertWindows, oldest first
+  quint64 m_lastNumber = 0;
+  quint64 m_lastRestored = 0; // alerts up to this number are of an earlier session
+  QElapsedTimer m_turn;       // since the first window of this turn of the event loop was made
+  QTimer m_nextTurn;
+  bool m_bringsNewestUp = false; // once all windows are there
 };
 
 } // namespace tockwise

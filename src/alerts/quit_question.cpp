@@ -39,11 +39,8 @@ TerminateReply QuitQuestion::ask(const QString& message) {
   question.buttons = {QStringLiteral("No"), QStringLiteral("Yes")};
   question.defaultButton = No;
   question.escapeButton = No;
-  m_alerts.hideAllCurrentAlerts();
-  if (m_prompter.ask(question) == Yes)
-    return TerminateReply::TerminateNow;
-  m_alerts.showAllCurrentAlerts();
-  return TerminateReply::Cancel;
+  question.quitButton = Yes;
+  return m_prompter.ask(question) == Yes ? TerminateReply::TerminateNow : TerminateReply::Cancel;
 }
 
 } // namespace tockwise

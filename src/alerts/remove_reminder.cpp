@@ -23,9 +23,8 @@ Question deleteQuestion(const QString& text) {
 
 } // namespace
 
-RemoveReminder::RemoveReminder(const ReminderQueue& queue, Prompter& prompter,
-                               CurrentAlerts& alerts, Remove remove)
-    : m_queue(queue), m_prompter(prompter), m_alerts(alerts), m_remove(std::move(remove)) {}
+RemoveReminder::RemoveReminder(const ReminderQueue& queue, Prompter& prompter, Remove remove)
+    : m_queue(queue), m_prompter(prompter), m_remove(std::move(remove)) {}
 
 void RemoveReminder::removeReminder(qsizetype index) {
   runOnMainThread([this, index] { askAndRemove(index); });
@@ -38,10 +37,7 @@ void RemoveReminder::askAndRemove(qsizetype index) {
     logLine(text ? uuid.error().message : text.error().message);
     return;
   }
-  m_alerts.hideAllCurrentAlerts();
-  const int answer = m_prompter.ask(deleteQuestion(*text));
-  m_alerts.showAllCurrentAlerts();
-  if (answer != Yes)
+  if (m_prompter.ask(deleteQuestion(*text)) != Yes)
     return;
   // The queue may have been sorted, merged or shortened while the question was open.
   if (const auto removed = m_remove(*uuid); !removed)

@@ -1,7 +1,6 @@
 // Deleting a reminder, with its question.
 #pragma once
 
-#include "alerts/current_alerts.h"
 #include "base/result.h"
 #include "ports/prompter.h"
 #include "store/reminder_queue.h"
@@ -25,8 +24,7 @@ class RemoveReminder final : public ReminderRemover {
   using Remove = std::function<Result<void>(const QString& reminderUUID)>;
 
   /// The references must outlive the object.
-  RemoveReminder(const ReminderQueue& queue, Prompter& prompter, CurrentAlerts& alerts,
-                 Remove remove);
+  RemoveReminder(const ReminderQueue& queue, Prompter& prompter, Remove remove);
 
   /// An index that the queue does not hold, or a reminder that went away while the question was
   /// open, ends with a log line and nothing removed.
@@ -37,7 +35,6 @@ class RemoveReminder final : public ReminderRemover {
 
   const ReminderQueue& m_queue;
   Prompter& m_prompter;
-  CurrentAlerts& m_alerts;
   Remove m_remove;
 };
 

@@ -43,38 +43,39 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
     : QObject(parent),
       m_store(std::move(store)),
       m_ports(std::move(ports)),
+      m_questions(AlertHidingPrompter::putAround(m_ports.prompter)),
       m_richTitles(unarchiveRuns),
       m_sounds(m_store->preferences(), *m_ports.soundPlayer, AlertSounds::standardFolders(),
                AlertSounds::systemRandom()),
       m_alerts(m_store->queue(), m_sounds, *m_ports.prompter, loadArchivedText),
-      m_removeReminder(m_store->queue(), *m_ports.prompter, m_alerts,
+      m_removeReminder(m_store->queue(), *m_ports.prompter,
                        [this](const QString& uuid) { return m_store->removeReminder(uuid); }),
       m_quitQuestion(*m_ports.prompter, m_alerts, [] { return qint64(0); }),
-      m_menuActions(*m_store, *m_ports.prompter,
-                    {[this] { m_alerts.hideAllCurrentAlerts(); },
-                     [this] { m_alerts.showAllCurrentAlerts(); }}),
+      m_menuActions(*m_store, *m_ports.prompter),
       m_editing(*m_store, DraftStore(DraftStore::folderOfUser()),
                 {m_store->preferences(), *m_ports.prompter, m_store->clock(),
                  openingAddresses(*m_ports.workspace)}),
-      m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter,
-             [this] { m_store->saveDefaults(); }),
+      m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter, [this] { save(); }),
       m_tasks(*m_ports.workspace, *m_ports.scriptHost),
       m_runningScripts(*m_ports.scriptHost, m_store->clock()),
       m_firing(m_store->queue(), m_store->preferences(), m_store->clock(), *this),
       m_tick(m_store->queue(), m_firing, m_store->clock(), tickActions()),
       m_tickTimer(m_tick, *m_ports.wakeTimer, *m_ports.powerEvents, m_store->clock()),
-      m_commands(*m_store, [this] { changed(); }),
+      m_commands(
+          *m_store, [this] { changed(); }, [this] { Q_EMIT dataModified(); }),
       m_tray([this] { return currentMenuInput(&m_richTitles); }),
       m_noTrayHint(m_tray, m_store->preferences(), *m_ports.prompter),
       m_keptAlerts(m_alerts, KeptAlerts::pathOfUser()),
       m_postAlert(*m_ports.notificationCentre, m_store->clock()),
-      m_documents({*m_store, *m_ports.prompter, [this] { m_alerts.hideAllCurrentAlerts(); },
-                   [this] { m_alerts.showAllCurrentAlerts(); }}),
-      m_printing(*m_store, m_alerts, [this](bool hold) { m_tickTimer.hold(hold); }),
+      m_documents({*m_store, *m_ports.prompter, [this] { m_questions.dialogOpens(); },
+                   [this] { m_questions.dialogCloses(); }}),
+      m_printing(*m_store, m_alerts, *m_ports.prompter,
+                 [this](bool hold) { m_tickTimer.hold(hold); }),
       m_hotKeyActions(*m_ports.hotKeys, m_store->preferences()),
       m_passwordKeeping(m_store->preferences(), *m_ports.secretStore),
       m_mailBeat(m_store->preferences()),
       m_storeWatch(m_store->preferences().paths().file) {
+  m_questions.setAlerts(&m_alerts);
   m_alerts.setReminderRemover(&m_removeReminder);
   m_sounds.buildSoundList();
   connectAll();
@@ -115,6 +116,9 @@ void AppController::connectAll() {
 
 void AppController::connectDesktop() {
   connect(&m_documents, &RemindersDocuments::changed, this, &AppController::dataChanged);
+  // Queued: whoever drags waits for the drop to be taken, and a question follows it.
+  connect(&m_tray, &TrayController::documentDropped, &m_documents, &RemindersDocuments::openFile,
+          Qt::QueuedConnection);
   connect(&m_hotKeyActions, &HotKeyActions::operationChosen, this,
           [this](const QString& operation) {
             MenuActivation activation;
@@ -129,9 +133,9 @@ void AppController::connectDesktop() {
 
 void AppController::start() {
   m_tray.start();
+  m_keptAlerts.restore(); // they are older than what fires now
   m_tickTimer.start();
   m_noTrayHint.start();
-  m_keptAlerts.restore();
   m_mailBeat.start();
   m_passwordKeeping.start();
   tellNotice(m_store->loadReport());
@@ -193,6 +197,9 @@ QJsonArray AppController::alertsJson() const {
 }
 
 void AppController::perform(const MenuActivation& activation) {
+  // While a preview is open no other window reacts; the program can still be ended.
+  if (m_printing.isPreviewOpen() && activation.action != u"quit")
+    return m_printing.bringToFront();
   performMenuOperation(*this, activation);
 }
 
@@ -249,6 +256,8 @@ bool AppController::mayQuit(QuitMode mode) {
     return true;
   if (m_quitQuestion.applicationShouldTerminate() == TerminateReply::Cancel)
     return false;
+  if (m_preferenceWindow && !m_preferenceWindow->applicationShouldTerminate())
+    return false;
   saveNow();
   if (m_store->preferences().isSaved())
     return true;
@@ -257,13 +266,25 @@ bool AppController::mayQuit(QuitMode mode) {
 
 void AppController::saveNow() {
   m_saveSoon.stop();
+  save();
+}
+
+// A reminder that is saved as fired does not fire again: its alert has to be kept before.
+void AppController::save() {
+  m_keptAlerts.flush();
   m_store->saveDefaults();
 }
 
 void AppController::quitNow() {
   saveNow();
+  m_keptAlerts.forget();
+  endWithSession();
+}
+
+void AppController::endWithSession() {
+  m_questions.leaveHidden();
   // quit() would close every window first: an open editor would ask whether to undo its changes,
-  // though its draft is kept, and could hold the program back.
+  // though its draft is kept, and could hold the program back, and alerts would be dismissed.
   QCoreApplication::exit();
 }
 
@@ -281,7 +302,8 @@ PreferenceSurroundings AppController::preferenceSurroundings() {
           m_sounds.sounds(),
           [this](const QString& name) { return m_sounds.pathOfSound(name); },
           [this] { return m_passwordKeeping.hint(); },
-          [this] { return desktopChecks(); }};
+          [this] { return desktopChecks(); },
+          m_store->clock()};
 }
 
 PreferenceWindowController& AppController::preferenceWindow() {
@@ -310,14 +332,19 @@ void AppController::importCalendarEventsPrefs() {
 }
 
 std::vector<DesktopCheck> AppController::desktopChecks() {
-  DesktopFacts facts = desktopFacts(*m_store, *m_ports.loginItems);
+  const PreferencesStore& preferences = m_store->preferences();
+  DesktopFacts facts = desktopFacts();
   facts.applicationRuns = true;
-  facts.trayHost = m_tray.hasTray();
-  facts.hotKeysAvailable = m_ports.hotKeys->isAvailable();
-  facts.hotKeysDetail = m_ports.hotKeys->detail();
+  addSettings(facts, preferences);
+  const auto& failure = preferences.writeFailure();
+  facts.store = storeFacts(preferences.paths(), failure ? failure->message : QString());
+  const HotKeys& hotKeys = *m_ports.hotKeys;
+  facts.hotKeys.available = hotKeys.isAvailable();
+  facts.hotKeys.detail = hotKeys.detail();
   for (const HotKey key : kHotKeys)
-    facts.hotKeys[int(key) - 1] = m_ports.hotKeys->state(key);
-  facts.secretStore = m_ports.secretStore->state();
+    facts.hotKeys.states[size_t(key) - 1] = hotKeys.state(key);
+  if (m_ports.secretStore->state() != SecretStore::State::Unknown)
+    facts.secretStore = m_ports.secretStore->state();
   return diagnose(facts);
 }
 

@@ -2,6 +2,7 @@
 // connects them. A rule, a text or a loop over reminders in here is in the wrong place.
 #pragma once
 
+#include "alerts/alert_hiding_prompter.h"
 #include "alerts/alert_panel_controller.h"
 #include "alerts/alert_sounds.h"
 #include "alerts/alert_windows.h"
@@ -83,6 +84,8 @@ class AppController final : public QObject, private FiringActions {
   /// Whether the program may end now, after its question. Runs the event loop while it is open.
   bool mayQuit(QuitMode mode);
   void quitNow();
+  /// The session ends, or somebody ends the program from outside: as soon as it can, unasked.
+  void endWithSession();
 
  Q_SIGNALS:
   void queueChanged();
@@ -109,6 +112,7 @@ class AppController final : public QObject, private FiringActions {
   void changed();
   void announce();
   void saveNow();
+  void save();
   void tellNotice(const StoreNotice& notice);
   void tellWriteFailure(const Error& error);
   void showState();
@@ -119,6 +123,7 @@ class AppController final : public QObject, private FiringActions {
 
   std::unique_ptr<ReminderStore> m_store;
   Ports m_ports;
+  AlertHidingPrompter& m_questions; // around the prompter of the ports
   RichTitles m_richTitles;
   AlertSounds m_sounds;
   AlertWindows m_alerts;

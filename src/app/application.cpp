@@ -1,5 +1,6 @@
 #include "app/application.h"
 
+#include "alerts/alert_sounds.h"
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/bus_service.h"
@@ -26,6 +27,8 @@
 #include <QDBusMessage>
 #include <QElapsedTimer>
 #include <QThread>
+#include <QTimer>
+#include <QUrl>
 
 #include <cstdio>
 #include <optional>
@@ -51,10 +54,23 @@ Instance claimBusName(QObject& root) {
 }
 
 // False when it went away meanwhile.
-bool showRunningOne() {
-  const QDBusMessage reply = QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
-      busName(), busPath(), busInterface(), QStringLiteral("ShowMenu")));
-  return reply.type() != QDBusMessage::ErrorMessage;
+bool callRunningOne(const QString& interface, const QString& method,
+                    const QVariantList& arguments = {}) {
+  QDBusMessage message = QDBusMessage::createMethodCall(busName(), busPath(), interface, method);
+  message.setArguments(arguments);
+  message.setAutoStartService(false);
+  return QDBusConnection::sessionBus().call(message).type() != QDBusMessage::ErrorMessage;
+}
+
+// Hands the documents to the running application, or lets it show its menu when there are none.
+bool passOn(const QStringList& documents) {
+  if (documents.isEmpty())
+    return callRunningOne(busInterface(), QStringLiteral("ShowMenu"));
+  QStringList urls;
+  for (const QString& path : documents)
+    urls += QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
+  return callRunningOne(QStringLiteral("org.freedesktop.Application"), QStringLiteral("Open"),
+                        {urls, QVariantMap()});
 }
 
 // Whoever asks from now on finds nobody, waits for the store, and has it to itself.
@@ -82,16 +98,17 @@ int failToStart(const Error& error) {
   return 1;
 }
 
-// The store, or nothing when another application showed its menu in our place. A store that is
+// The store, or nothing when another application took on what we were started for. A store that is
 // held belongs to a command that is about to finish, or to an application that is just starting
 // or ending: its name appears, or the store is free.
-std::optional<Result<std::unique_ptr<ReminderStore>>> openStore(const Clock& clock) {
+std::optional<Result<std::unique_ptr<ReminderStore>>> openStore(const Clock& clock,
+                                                                const QStringList& documents) {
   constexpr qint64 kPatience = 5000; // ms
   constexpr unsigned long kPause = 10;
   QElapsedTimer waited;
   waited.start();
   for (;;) {
-    if (isRunning() && showRunningOne())
+    if (isRunning() && passOn(documents))
       return std::nullopt;
     auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), clock, oldTextConversion());
     const bool held = !store && store.error().kind == Error::Kind::Busy;
@@ -101,9 +118,22 @@ std::optional<Result<std::unique_ptr<ReminderStore>>> openStore(const Clock& clo
   }
 }
 
+// The player outlives who calls it.
+std::function<void()> playingNotificationSound(SoundPlayer& player) {
+  return [&player] {
+    const QString path =
+        AlertSounds::pathIn(AlertSounds::standardFolders(), QString::fromUtf16(kFallbackSound));
+    if (!path.isEmpty())
+      player.play(path);
+  };
+}
+
 Ports linuxPorts(const Clock& clock) {
+  auto soundPlayer = std::make_unique<CanberraSoundPlayer>();
+  auto notificationCentre =
+      std::make_unique<DesktopNotificationCentre>(clock, playingNotificationSound(*soundPlayer));
   return {std::make_unique<MessagePrompter>(),
-          std::make_unique<CanberraSoundPlayer>(),
+          std::move(soundPlayer),
           std::make_unique<LogindPowerEvents>(),
           std::make_unique<TimerfdWakeTimer>(),
           std::make_unique<DesktopWorkspace>(),
@@ -111,7 +141,7 @@ Ports linuxPorts(const Clock& clock) {
           std::make_unique<ClipboardPasteboard>(),
           desktopHotKeys(),
           std::make_unique<AutostartLoginItems>(AutostartLoginItems::ofUser()),
-          std::make_unique<DesktopNotificationCentre>(),
+          std::move(notificationCentre),
           std::make_unique<KeychainSecretStore>()};
 }
 
@@ -124,7 +154,7 @@ bool hasDisplay() {
 
 } // namespace
 
-int runApplication(int argc, char** argv) {
+int runApplication(int argc, char** argv, const QStringList& documents) {
   if (!hasDisplay()) {
     std::fputs("tockwise: there is no display to show anything on; the command line works without "
                "one (tockwise --help)\n",
@@ -141,7 +171,7 @@ int runApplication(int argc, char** argv) {
   const PlaceholderColor placeholderColor;
 
   const SystemClock clock;
-  auto opened = openStore(clock);
+  auto opened = openStore(clock, documents);
   if (!opened)
     return 0;
   if (!*opened)
@@ -154,10 +184,14 @@ int runApplication(int argc, char** argv) {
     logLine(QStringLiteral("another program has the name %1").arg(busName()));
   QObject::connect(&application, &QCoreApplication::aboutToQuit, &root, leaveBus);
   const TerminationSignals termination;
-  // Not quit(), which an open editor or question would refuse: drafts are kept, scripts ended.
-  QObject::connect(&termination, &TerminationSignals::received, &application,
-                   [] { QCoreApplication::exit(); });
+  QObject::connect(&termination, &TerminationSignals::received, &controller,
+                   &AppController::endWithSession);
   controller.start();
+  // Each asks, in an event loop of its own: the next one waits for its answer.
+  QTimer::singleShot(0, &controller, [&] {
+    for (const QString& path : documents)
+      controller.documents().openFile(path);
+  });
   return QApplication::exec();
 }
 

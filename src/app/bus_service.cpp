@@ -4,10 +4,15 @@
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/command_service.h"
+#include "app/desktop_actions.h"
+#include "app/desktop_facts.h"
 #include "app/json.h"
 #include "base/log.h"
+#include "engine/task_runner.h"
+#include "store/documents/document_location.h"
 
 #include <QDBusConnectionInterface>
+#include <QDir>
 
 namespace tockwise {
 namespace {
@@ -31,6 +36,12 @@ template <typename T> T replyTo(const QDBusMessage& message, const Result<T>& re
   }
   if constexpr (!std::is_void_v<T>)
     return *result;
+}
+
+Result<QVariantMap> reportMap(const Result<DocumentReport>& report) {
+  if (!report)
+    return report.error();
+  return report->toMap();
 }
 
 } // namespace
@@ -67,6 +78,50 @@ QString CommandAdaptor::Delete(const QString& reminder, const QDBusMessage& mess
 
 void CommandAdaptor::Clear(const QDBusMessage& message) {
   replyTo(message, m_controller.commands().clear());
+}
+
+void CommandAdaptor::Save(const QString& path, const QDBusMessage& message) {
+  replyTo(message, m_controller.commands().documents().save(path));
+}
+
+QVariantMap CommandAdaptor::Open(const QString& path, bool yes, const QVariantMap& options,
+                                 const QDBusMessage& message) {
+  DocumentCommands& documents = m_controller.commands().documents();
+  const auto tasks = tasksOption(options);
+  if (!tasks)
+    return replyTo<QVariantMap>(message, tasks.error());
+  if (yes)
+    return replyTo(message, reportMap(documents.open(path, *tasks)));
+  if (!options.isEmpty()) // the question has its own review of the tasks
+    return replyTo<QVariantMap>(
+        message, Error{Error::Kind::Usage, QStringLiteral("--no-tasks goes with --yes")});
+  if (const auto checked = documents.check(path); !checked)
+    return replyTo<QVariantMap>(message, checked.error());
+  askToOpen(path, message);
+  return {};
+}
+
+// The question may stay open for long: the caller waits, the bus does not.
+void CommandAdaptor::askToOpen(const QString& path, const QDBusMessage& message) {
+  message.setDelayedReply(true);
+  QMetaObject::invokeMethod(
+      this,
+      [this, path, message] {
+        const Error refused{Error::Kind::Refused,
+                            QStringLiteral("the reminders were not replaced")};
+        const bool opened = m_controller.documents().askOpenFile(path);
+        QDBusConnection::sessionBus().send(opened ? message.createReply(QVariantMap())
+                                                  : errorReply(message, refused));
+      },
+      Qt::QueuedConnection);
+}
+
+QVariantMap CommandAdaptor::Merge(const QString& path, const QVariantMap& options,
+                                  const QDBusMessage& message) {
+  const auto tasks = tasksOption(options);
+  if (!tasks)
+    return replyTo<QVariantMap>(message, tasks.error());
+  return replyTo(message, reportMap(m_controller.commands().documents().merge(path, *tasks)));
 }
 
 QString CommandAdaptor::Menu() {
@@ -129,6 +184,10 @@ QVariantMap CommandAdaptor::ListPreferences() {
   return map;
 }
 
+QString CommandAdaptor::Doctor() {
+  return jsonText(checksToJson(m_controller.desktopChecks()));
+}
+
 bool CommandAdaptor::Quit(bool yes, const QDBusMessage& message) {
   // The question may stay open for long: the caller waits, the bus does not.
   message.setDelayedReply(true);
@@ -151,25 +210,72 @@ void CommandAdaptor::ShowMenu() {
   m_controller.showMenu();
 }
 
+void CommandAdaptor::Print(bool alerts) {
+  // The preview stays open for long: the caller is not to wait for it.
+  Printing* printing = &m_controller.printing();
+  QMetaObject::invokeMethod(
+      printing, [=] { alerts ? printing->printAllCurrentAlerts() : printing->print(); },
+      Qt::QueuedConnection);
+}
+
+void CommandAdaptor::PrintPDF(const QString& path, bool alerts, const QDBusMessage& message) {
+  if (QDir::isRelativePath(path)) {
+    replyTo(message, Result<void>(Error{Error::Kind::Usage,
+                                        QStringLiteral("%1 is no absolute path").arg(path)}));
+    return;
+  }
+  message.setDelayedReply(true);
+  m_controller.printing().savePDF(alerts ? Printing::Document::Alerts : Printing::Document::Queue,
+                                  path, [message](const Result<void>& saved) {
+                                    QDBusConnection::sessionBus().send(
+                                        saved ? message.createReply()
+                                              : errorReply(message, saved.error()));
+                                  });
+}
+
 ApplicationAdaptor::ApplicationAdaptor(QObject* parent, AppController& controller)
     : QDBusAbstractAdaptor(parent), m_controller(controller) {}
 
-void ApplicationAdaptor::Activate(const QVariantMap&) {
+void ApplicationAdaptor::Activate(const QVariantMap& platformData) {
+  takeActivationToken(platformData);
   m_controller.showMenu();
 }
 
+// The platform is never told that opening failed, and never waits for the user's answer.
 void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&) {
-  for (const QString& uri : uris)
-    logLine(QStringLiteral("Cannot open %1: documents are not supported yet").arg(uri));
-  m_controller.showMenu();
+  if (uris.isEmpty())
+    m_controller.showMenu();
+  for (const QString& uri : uris) {
+    const auto path = localPathOf(uri);
+    if (!path) {
+      logLine(QStringLiteral("Cannot open '%1': this is no file on this machine")
+                  .arg(harmlessLine(uri)));
+      continue;
+    }
+    QMetaObject::invokeMethod(
+        &m_controller.documents(),
+        [documents = &m_controller.documents(), path = *path] { documents->openFile(path); },
+        Qt::QueuedConnection);
+  }
 }
 
 void ApplicationAdaptor::ActivateAction(const QString& name, const QVariantList&,
-                                        const QVariantMap&) {
-  if (name == u"quit")
-    m_controller.quit();
-  else
+                                        const QVariantMap& platformData) {
+  takeActivationToken(platformData);
+  const auto operation = operationOfDesktopAction(name);
+  if (!operation) {
     m_controller.showMenu();
+    return;
+  }
+  // Some ask a question: whoever asked for the action is not to wait for its answer.
+  QMetaObject::invokeMethod(
+      &m_controller,
+      [this, operation = *operation] {
+        MenuActivation activation;
+        activation.action = operation;
+        m_controller.perform(activation);
+      },
+      Qt::QueuedConnection);
 }
 
 } // namespace tockwise

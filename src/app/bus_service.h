@@ -27,14 +27,21 @@ class CommandAdaptor final : public QDBusAbstractAdaptor {
   QString Edit(const QString& reminder, const QVariantMap& options, const QDBusMessage& message);
   QString Delete(const QString& reminder, const QDBusMessage& message);
   void Clear(const QDBusMessage& message);
+  void Save(const QString& path, const QDBusMessage& message);
+  QVariantMap Open(const QString& path, bool yes, const QVariantMap& options,
+                   const QDBusMessage& message);
+  QVariantMap Merge(const QString& path, const QVariantMap& options, const QDBusMessage& message);
   QString Menu();
   QString Alerts();
   void AlertCommand(const QString& action, int position, const QDBusMessage& message);
   QString GetPreference(const QString& key, const QDBusMessage& message);
   void SetPreference(const QString& key, const QStringList& values, const QDBusMessage& message);
   QVariantMap ListPreferences();
+  QString Doctor();
   bool Quit(bool yes, const QDBusMessage& message);
   void ShowMenu();
+  void Print(bool alerts);
+  void PrintPDF(const QString& path, bool alerts, const QDBusMessage& message);
 
  Q_SIGNALS:
   void QueueChanged();
@@ -43,6 +50,7 @@ class CommandAdaptor final : public QDBusAbstractAdaptor {
   void AlertClosed(const QString& uuid);
 
  private:
+  void askToOpen(const QString& path, const QDBusMessage& message);
   /// Answers message with what reply makes, once nothing is under way with the password.
   void answerWhenSettled(const QDBusMessage& message, std::function<QDBusMessage()> reply);
 

@@ -28,8 +28,17 @@ Reminder reminderFromDefaults(const Settings& settings) {
 
 } // namespace
 
-CommandService::CommandService(ReminderStore& store, std::function<void()> onChanged)
-    : m_store(store), m_onChanged(std::move(onChanged)) {}
+CommandService::CommandService(ReminderStore& store, std::function<void()> onChanged,
+                               std::function<void()> onDataModified)
+    : m_store(store),
+      m_onChanged(std::move(onChanged)),
+      m_onDataModified(std::move(onDataModified)),
+      m_documents(store, [this] { return finishData(); }) {}
+
+Result<void> CommandService::finishData() {
+  m_onDataModified();
+  return finish();
+}
 
 Result<void> CommandService::finish() {
   m_onChanged();
@@ -56,7 +65,7 @@ Result<QString> CommandService::add(const QString& text, const QVariantMap& opti
   if (!applied)
     return applied.error();
   const QString uuid = m_store.appendReminder(std::move(reminder), ReminderStore::RecentEntry::Add);
-  if (const auto finished = finish(); !finished)
+  if (const auto finished = finishData(); !finished)
     return finished.error();
   return uuid;
 }
@@ -114,7 +123,7 @@ Result<QString> CommandService::edit(const QString& which, const QVariantMap& op
   const QString uuid = reminder->reminderUUID;
   if (const auto edited = m_store.editReminder(uuid, std::move(*reminder)); !edited)
     return edited.error();
-  if (const auto finished = finish(); !finished)
+  if (const auto finished = finishData(); !finished)
     return finished.error();
   return uuid;
 }
@@ -128,14 +137,14 @@ Result<QString> CommandService::remove(const QString& which) {
     return uuid.error();
   if (const auto removed = m_store.removeReminder(*uuid); !removed)
     return removed.error();
-  if (const auto finished = finish(); !finished)
+  if (const auto finished = finishData(); !finished)
     return finished.error();
   return *uuid;
 }
 
 Result<void> CommandService::clear() {
   m_store.clearQueue();
-  return finish();
+  return finishData();
 }
 
 Result<QString> CommandService::getPreference(const QString& key) const {

@@ -2,6 +2,7 @@
 // application, and D-Bus inside it.
 #pragma once
 
+#include "app/document_commands.h"
 #include "base/result.h"
 #include "store/reminder_store.h"
 
@@ -17,8 +18,13 @@ namespace tockwise {
 /// and could not be done. Main thread.
 class CommandService {
  public:
-  /// onChanged: called after the queue or a setting was changed and saved.
-  CommandService(ReminderStore& store, std::function<void()> onChanged);
+  /// onChanged: called after the queue or a setting was changed and saved; onDataModified: before
+  /// that, when it was the queue.
+  CommandService(
+      ReminderStore& store, std::function<void()> onChanged,
+      std::function<void()> onDataModified = [] {});
+  CommandService(const CommandService&) = delete;
+  CommandService& operator=(const CommandService&) = delete;
 
   /// Appends a reminder as "New Reminder..." does, its recent entry included; returns its UUID.
   /// options: see reminder_options.h; exactly one of "at" and "in". With "rich" text does not
@@ -33,6 +39,8 @@ class CommandService {
   /// Returns the UUID of the reminder that was removed.
   Result<QString> remove(const QString& which);
   Result<void> clear();
+  /// Saving, opening and merging documents.
+  DocumentCommands& documents() { return m_documents; }
 
   /// The setting as text: YES or NO, arrays one entry a line. Usage for an unknown key, Unavailable
   /// for a password that cannot be read now.
@@ -46,12 +54,16 @@ class CommandService {
 
  private:
   Result<qsizetype> find(const QString& which) const;
+  /// The queue was changed: finish().
+  Result<void> finishData();
   /// Announces the change. A change that could not be written is an error of the command: nothing
   /// is lost in memory, but the user must know.
   Result<void> finish();
 
   ReminderStore& m_store;
   std::function<void()> m_onChanged;
+  std::function<void()> m_onDataModified;
+  DocumentCommands m_documents;
 };
 
 } // namespace tockwise

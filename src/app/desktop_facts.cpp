@@ -1,9 +1,117 @@
 #include "app/desktop_facts.h"
 
-namespace tockwise {
+#include "app/old_text_conversion.h"
+#include "dates/calendar.h"
+#include "dates/posix_zone.h"
+#include "dates/user_environment.h"
+#include "platform/autostart_login_items.h"
+#include "platform/desktop_probe.h"
+#include "store/store_backups.h"
 
-DesktopFacts desktopFacts(const ReminderStore&, const LoginItems&) {
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QStorageInfo>
+
+namespace tockwise {
+namespace {
+
+constexpr qint64 kEnoughSpace = 5 * 1024 * 1024; // bytes
+
+// The folder, or the nearest one above it that exists.
+QFileInfo nearestFolder(const QString& path) {
+  QFileInfo folder(path);
+  while (!folder.exists() && !folder.isRoot())
+    folder = QFileInfo(folder.path());
+  return folder;
+}
+
+QString folderProblem(const QString& path) {
+  const QFileInfo folder = nearestFolder(path);
+  if (!folder.isDir())
+    return QStringLiteral("%1 is no folder.").arg(folder.filePath());
+  if (!folder.isWritable())
+    return QStringLiteral("You may not write in %1.").arg(folder.filePath());
+  const QStorageInfo disk(folder.filePath());
+  if (disk.isValid() && disk.isReadOnly())
+    return QStringLiteral("The disk of %1 is read-only.").arg(folder.filePath());
+  if (disk.isValid() && disk.bytesAvailable() < kEnoughSpace)
+    return QStringLiteral("The disk of %1 is full.").arg(folder.filePath());
   return {};
+}
+
+ServiceFacts notificationFacts() {
+  const ServiceFound found = notificationService();
+  return {found.running, found.startable, found.name};
+}
+
+HotKeyFacts hotKeyFacts() {
+  HotKeyFacts facts;
+  facts.detail = hotKeyProvider();
+  facts.available = !facts.detail.isEmpty();
+  facts.states.fill(HotKeys::State::Off);
+  return facts;
+}
+
+} // namespace
+
+DesktopFacts desktopFacts() {
+  DesktopFacts facts;
+  facts.display =
+      !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+  facts.sessionBus = sessionBusAnswers();
+  facts.trayKind = trayKind();
+  facts.notifications = notificationFacts();
+  facts.soundProblem = soundProblem();
+  facts.hotKeys = hotKeyFacts();
+  facts.secretStore = secretService();
+  facts.loginItemPresent = AutostartLoginItems::ofUser().isPresent();
+  UserEnvironment environment;
+  environment.refresh();
+  facts.timeZone = environment.zone();
+  facts.timeZoneKnown = isZoneIdentifier(facts.timeZone) || zoneFromPosixRule(facts.timeZone);
+  return facts;
+}
+
+void addSettings(DesktopFacts& facts, const Settings& settings) {
+  facts.hotKeys.wanted = settings.boolean(QStringLiteral("useGlobalHotKeys"));
+  facts.loginItemWanted = settings.boolean(QStringLiteral("loginItem"));
+}
+
+StoreFacts storeFacts(const PreferencesStore::Paths& paths, const QString& reason) {
+  StoreFacts facts;
+  facts.file = paths.file;
+  facts.problem = reason.isEmpty() ? folderProblem(QFileInfo(paths.file).path()) : reason;
+  facts.backupProblem = folderProblem(paths.backups);
+  const QStringList copies = StoreBackups(paths.backups).newestFirst();
+  if (!copies.isEmpty()) {
+    const qint64 modified = QFileInfo(copies.first()).lastModified().toSecsSinceEpoch();
+    facts.lastBackup = Calendar::current().dateStringWithFormat(
+        Date::fromUnixSeconds(double(modified)), kDisplayPattern);
+  }
+  return facts;
+}
+
+QJsonArray checksToJson(const std::vector<DesktopCheck>& checks) {
+  QJsonArray array;
+  for (const DesktopCheck& check : checks) {
+    array.append(QJsonObject{{QStringLiteral("name"), check.name},
+                             {QStringLiteral("ok"), check.ok},
+                             {QStringLiteral("detail"), check.detail},
+                             {QStringLiteral("remedy"), check.remedy}});
+  }
+  return array;
+}
+
+std::vector<DesktopCheck> checksWithoutApplication(const Clock& clock) {
+  DesktopFacts facts = desktopFacts();
+  const PreferencesStore::Paths paths = PreferencesStore::Paths::ofUser();
+  const auto store = ReminderStore::open(paths, clock, oldTextConversion());
+  facts.store = storeFacts(paths, store ? QString() : store.error().message);
+  if (store)
+    addSettings(facts, (*store)->preferences());
+  else // what was wanted is not known: nothing is missed
+    facts.loginItemWanted = facts.loginItemPresent;
+  return diagnose(facts);
 }
 
 } // namespace tockwise

@@ -14,12 +14,21 @@ class HotKeyActions final : public QObject {
  public:
   HotKeyActions(HotKeys& hotKeys, const Settings& settings, QObject* parent = nullptr);
 
-  /// Registers or gives back the keys as useGlobalHotKeys says now. Cheap when nothing changed.
+  /// Registers or gives back the keys as useGlobalHotKeys says now, and tries those again that
+  /// another program had. Cheap when there is nothing to do.
   void follow();
 
  Q_SIGNALS:
   /// The name of the menu operation that a pressed key stands for.
   void operationChosen(const QString& operation);
+
+ private:
+  bool isAnyMissing() const;
+  void perform(int number);
+
+  HotKeys& m_hotKeys;
+  const Settings& m_settings;
+  bool m_isOn = false;
 };
 
 } // namespace tockwise

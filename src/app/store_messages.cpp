@@ -28,7 +28,8 @@ Question unsavedQuestion() {
           QStringLiteral("Your last changes could not be saved. They are lost when Tockwise ends."),
           {QStringLiteral("No"), QStringLiteral("Yes")},
           0,
-          0};
+          0,
+          kQuitUnsaved};
 }
 
 QString writeFailureText(const Error& error) {

@@ -1,38 +1,14 @@
 #include "cli/bus_backend.h"
 
 #include "app/bus_names.h"
+#include "cli/bus_call.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QEventLoop>
-
-#include <limits>
 
 namespace tockwise {
-
-namespace {
-
-// A question may stay open for as long as its user likes. A bus that ends, or that cuts us off for
-// a message larger than it takes, gives no answer at all.
-Result<QDBusMessage> waitForAnswer(const QDBusMessage& message) {
-  QDBusConnection bus = QDBusConnection::sessionBus();
-  QEventLoop loop;
-  bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
-              QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), &loop,
-              SLOT(quit()));
-  const QDBusPendingCallWatcher answer(bus.asyncCall(message, std::numeric_limits<int>::max()));
-  QObject::connect(&answer, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
-  if (!answer.isFinished() && bus.isConnected())
-    loop.exec();
-  if (!answer.isFinished())
-    return Error{Error::Kind::Busy, QStringLiteral("the session bus has ended")};
-  return answer.reply();
-}
-
-} // namespace
 
 std::unique_ptr<BusBackend> BusBackend::connect() {
   const QDBusConnection bus = QDBusConnection::sessionBus();
@@ -46,7 +22,7 @@ Result<QVariant> BusBackend::call(const QString& method, const QVariantList& arg
       QDBusMessage::createMethodCall(busName(), busPath(), busInterface(), method);
   message.setArguments(arguments);
   message.setAutoStartService(false);
-  const auto answer = waitForAnswer(message);
+  const auto answer = callAndWait(message);
   if (!answer)
     return answer.error();
   const QDBusMessage& reply = *answer;

@@ -5,6 +5,11 @@
 namespace tockwise {
 namespace {
 
+QString synopsisOf(const CommandSpec& command) {
+  const QString words = QString::fromUtf16(command.synopsis);
+  return QStringLiteral("tockwise %1 %2").arg(QStringView(command.name), words).trimmed();
+}
+
 Error usage(const QString& message) {
   return Error{Error::Kind::Usage, message};
 }
@@ -62,8 +67,7 @@ Result<void> checkArguments(const Invocation& invocation) {
   if (count >= command.fewestArguments - (hasInstead ? 1 : 0) &&
       (command.mostArguments < 0 || count <= command.mostArguments))
     return {};
-  return usage(QStringLiteral("usage: tockwise %1 %2")
-                   .arg(QStringView(command.name), QStringView(command.synopsis)));
+  return usage(QStringLiteral("usage: ") + synopsisOf(command));
 }
 
 } // namespace
@@ -103,17 +107,15 @@ QString helpText(const CommandSpec* command) {
   if (!command) {
     text = QStringLiteral(
                "Tockwise %1, a reminder application that lives in the system tray.\n\n"
-               "tockwise\n    starts the application, or shows the menu of the running one\n")
+               "tockwise\n    starts the application, or shows the menu of the running one\n"
+               "tockwise FILE...\n    opens reminders documents in it, after a question\n")
                .arg(QStringLiteral(TOCKWISE_VERSION));
     for (const CommandSpec& each : commandTable()) {
-      text += QStringLiteral("tockwise %1 %2\n    %3\n")
-                  .arg(QStringView(each.name), QStringView(each.synopsis), QStringView(each.help));
+      text += QStringLiteral("%1\n    %2\n").arg(synopsisOf(each), QStringView(each.help));
     }
     return text + QStringLiteral("\ntockwise COMMAND --help tells more.\n");
   }
-  text = QStringLiteral("tockwise %1 %2\n    %3\n")
-             .arg(QStringView(command->name), QStringView(command->synopsis),
-                  QStringView(command->help));
+  text = QStringLiteral("%1\n    %2\n").arg(synopsisOf(*command), QStringView(command->help));
   for (const OptionSpec& option : command->options) {
     const QString name = QStringLiteral("--%1%2").arg(
         QStringView(option.name), option.takesValue ? QStringView(u" ...") : QStringView());

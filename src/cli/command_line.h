@@ -12,7 +12,7 @@ namespace tockwise {
 struct Invocation {
   const CommandSpec* command = nullptr;
   QStringList arguments;
-  QVariantMap reminderOptions; // for add and edit: see app/reminder_options.h
+  QVariantMap reminderOptions; // for add and edit: see app/reminder_options.h; those of print
   bool json = false;
   bool yes = false;
   bool help = false;

@@ -11,6 +11,7 @@ struct OptionSpec {
   const char16_t* name; // without the leading dashes
   bool takesValue;
   const char16_t* help;
+  const char16_t* values = nullptr; // that completions offer, with spaces between them
 };
 
 struct CommandSpec {

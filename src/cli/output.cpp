@@ -106,4 +106,19 @@ QString alertsText(const QJsonArray& alerts) {
   return text;
 }
 
+QString checksText(const QJsonArray& checks) {
+  QString text;
+  for (const auto& value : checks) {
+    const QJsonObject check = value.toObject();
+    const bool ok = check[QStringLiteral("ok")].toBool();
+    text += QStringLiteral("%1 %2: %3")
+                .arg(ok ? QStringLiteral("ok     ") : QStringLiteral("missing"),
+                     check[QStringLiteral("name")].toString(),
+                     oneLine(check[QStringLiteral("detail")].toString()));
+    const QString remedy = oneLine(check[QStringLiteral("remedy")].toString());
+    text += remedy.isEmpty() ? QStringLiteral("\n") : u' ' + remedy + u'\n';
+  }
+  return text;
+}
+
 } // namespace tockwise

@@ -15,5 +15,7 @@ QString reminderText(const QJsonObject& reminder);
 QString menuText(const QJsonArray& items);
 /// One line an alert.
 QString alertsText(const QJsonArray& alerts);
+/// One line a check: whether it is well, what was found, and what to do about it.
+QString checksText(const QJsonArray& checks);
 
 } // namespace tockwise

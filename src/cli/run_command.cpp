@@ -1,6 +1,9 @@
 #include "cli/run_command.h"
 
+#include "app/desktop_facts.h"
+#include "app/json.h"
 #include "app/store_messages.h"
+#include "cli/activate_application.h"
 #include "cli/bus_backend.h"
 #include "cli/command_line.h"
 #include "cli/output.h"
@@ -9,11 +12,14 @@
 #include "cli/store_backend.h"
 #include "prefs/setting_table.h"
 
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QLoggingCategory>
 #include <QThread>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace tockwise {
@@ -29,12 +35,6 @@ void print(FILE* stream, const QString& text) {
   const QByteArray bytes = text.toUtf8();
   std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
   std::fflush(stream);
-}
-
-int fail(const Error& error) {
-  QString message = error.message;
-  print(stderr, QStringLiteral("tockwise: ") + message.replace(u'\n', u' ') + u'\n');
-  return error.kind == Error::Kind::Usage ? kWrongWords : kFailed;
 }
 
 void warnOfDamage(const StoreNotice& notice) {
@@ -92,6 +92,11 @@ Printed printReply(Backend& backend, const QString& method, const QVariantList& 
     return reply.error();
   const QString text = reply->toString();
   return text.isEmpty() ? text : text + u'\n';
+}
+
+// The application has a folder of its own.
+QString documentPath(const Invocation& words) {
+  return QDir::current().absoluteFilePath(words.arguments.value(0));
 }
 
 Printed silently(const Printed& printed) {
@@ -166,6 +171,53 @@ Printed runClear(Backend& backend, const Invocation& words) {
   return printReply(backend, QStringLiteral("Clear"), {});
 }
 
+// The file is written by whoever makes the pages, and the application has another folder.
+Printed runPrint(Backend& backend, const Invocation& words) {
+  const bool alerts = words.reminderOptions.contains(QStringLiteral("alerts"));
+  if (!words.reminderOptions.contains(QStringLiteral("pdf")))
+    return printReply(backend, QStringLiteral("Print"), {alerts});
+  const QString path = words.reminderOptions.value(QStringLiteral("pdf")).toString();
+  if (path.isEmpty())
+    return Error{Error::Kind::Usage, QStringLiteral("--pdf takes the name of a file")};
+  return printReply(backend, QStringLiteral("PrintPDF"),
+                    {QFileInfo(path).absoluteFilePath(), alerts});
+}
+
+// What of a document runs or opens something by itself is told beside what the command prints.
+void warnOfTasks(const QVariantMap& report) {
+  const QStringList tasks = report.value(QStringLiteral("tasks")).toStringList();
+  for (const QString& task : tasks)
+    print(stderr, QStringLiteral("tockwise: ") + task + u'\n');
+  const qlonglong more = report.value(QStringLiteral("taskCount")).toLongLong() - tasks.size();
+  if (more > 0)
+    print(stderr, QStringLiteral("tockwise: and %1 more\n").arg(more));
+}
+
+Printed runOpen(Backend& backend, const Invocation& words) {
+  if (!words.yes && !words.reminderOptions.isEmpty()) {
+    return Error{Error::Kind::Usage, QStringLiteral("--no-tasks goes with --yes: without it, the "
+                                                    "application lets you choose")};
+  }
+  const auto reply =
+      backend.call(QStringLiteral("Open"), {documentPath(words), words.yes, words.reminderOptions});
+  if (!reply)
+    return reply.error();
+  warnOfTasks(reply->toMap());
+  return QString();
+}
+
+Printed runMerge(Backend& backend, const Invocation& words) {
+  const auto reply =
+      backend.call(QStringLiteral("Merge"), {documentPath(words), words.reminderOptions});
+  if (!reply)
+    return reply.error();
+  const QVariantMap report = reply->toMap();
+  warnOfTasks(report);
+  return QStringLiteral("%1 merged, %2 existed\n")
+      .arg(report.value(QStringLiteral("merged")).toLongLong())
+      .arg(report.value(QStringLiteral("existed")).toLongLong());
+}
+
 Printed carryOut(Backend& backend, const Invocation& words) {
   const QString name = QString::fromUtf16(words.command->name);
   const QString first = words.arguments.value(0);
@@ -186,9 +238,30 @@ Printed carryOut(Backend& backend, const Invocation& words) {
     return runAlerts(backend, words);
   if (name == u"prefs")
     return runPrefs(backend, words);
+  if (name == u"print")
+    return runPrint(backend, words);
   if (name == u"clear")
     return runClear(backend, words);
+  if (name == u"save")
+    return printReply(backend, QStringLiteral("Save"), {documentPath(words)});
+  if (name == u"open")
+    return runOpen(backend, words);
+  if (name == u"merge")
+    return runMerge(backend, words);
   return runQuit(backend, words);
+}
+
+// Works whatever is amiss with the store: that is one of the things it tells.
+int printChecks(const Invocation& words) {
+  QJsonArray checks;
+  const auto bus = BusBackend::connect();
+  const auto reply = bus ? bus->call(QStringLiteral("Doctor"), {}) : Result<QVariant>(QVariant());
+  if (reply && reply->isValid())
+    checks = QJsonDocument::fromJson(reply->toString().toUtf8()).array();
+  else
+    checks = checksToJson(checksWithoutApplication(SystemClock()));
+  print(stdout, words.json ? jsonText(checks) : checksText(checks));
+  return kDone;
 }
 
 // Asks the application, or does it on the store, and prints what comes of it.
@@ -200,26 +273,49 @@ int printAnswer(const Invocation& invocation) {
   do { // an application that goes away meanwhile leaves the store to us
     const auto backend = findBackend(clock);
     if (!backend)
-      return fail(backend.error());
+      return failCommand(backend.error());
     printed = carryOut(**backend, invocation);
     if (printed || printed.error().kind != Error::Kind::Busy)
       break;
     QThread::msleep(kPause);
   } while (waited.elapsed() < kPatience);
   if (!printed)
-    return fail(printed.error());
+    return failCommand(printed.error());
   print(stdout, *printed);
   return kDone;
 }
 
+// The desktop action that a command opens a window with, or "".
+QString desktopActionOf(const Invocation& words) {
+  const QStringView name(words.command->name);
+  if (name == u"new")
+    return QStringLiteral("new-reminder");
+  if (name == u"prefs" && words.arguments == QStringList(QStringLiteral("open")))
+    return QStringLiteral("preferences");
+  return {};
+}
+
 } // namespace
+
+int failCommand(const Error& error) {
+  QString message = error.message;
+  print(stderr, QStringLiteral("tockwise: ") + message.replace(u'\n', u' ') + u'\n');
+  return error.kind == Error::Kind::Usage ? kWrongWords : kFailed;
+}
+
+bool needsFonts(const QStringList& words) {
+  return words.value(0) == u"print" &&
+         std::any_of(words.begin(), words.end(),
+                     [](const QString& word) { return word.startsWith(u"--pdf"); });
+}
 
 int runCommand(const QStringList& words) {
   const QString first = words.value(0);
   if (first == u"--help" || first == u"-h" || first == u"help") {
     const CommandSpec* command = findCommand(words.value(1));
     if (words.size() > 1 && !command)
-      return fail({Error::Kind::Usage, QStringLiteral("there is no command \"%1\"").arg(words[1])});
+      return failCommand(
+          {Error::Kind::Usage, QStringLiteral("there is no command \"%1\"").arg(words[1])});
     print(stdout, helpText(command));
     return kDone;
   }
@@ -229,7 +325,7 @@ int runCommand(const QStringList& words) {
   }
   auto invocation = parseCommandLine(words);
   if (!invocation)
-    return fail(invocation.error());
+    return failCommand(invocation.error());
   if (invocation->help) {
     print(stdout, helpText(invocation->command));
     return kDone;
@@ -237,12 +333,18 @@ int runCommand(const QStringList& words) {
   // A command tells what happened in one line of its own.
   QLoggingCategory::setFilterRules(
       QStringLiteral("tockwise.info=false\nqt.gui.imageio*.warning=false"));
+  if (QStringView(invocation->command->name) == u"doctor")
+    return printChecks(*invocation);
+  if (const QString action = desktopActionOf(*invocation); !action.isEmpty()) {
+    const auto activated = activateApplication(action);
+    return activated ? int(kDone) : failCommand(activated.error());
+  }
   // Here, where the caller's folder is: the application has another.
   if (const auto read = readRichOption(invocation->reminderOptions); !read)
-    return fail(read.error());
+    return failCommand(read.error());
   if (QStringView(invocation->command->name) == u"prefs") {
     if (const auto read = readPasswordOption(invocation->arguments); !read)
-      return fail(read.error());
+      return failCommand(read.error());
   }
   return printAnswer(*invocation);
 }

@@ -1,6 +1,8 @@
 // One command of the command line, from its words to its exit status.
 #pragma once
 
+#include "base/result.h"
+
 #include <QStringList>
 
 namespace tockwise {
@@ -11,7 +13,14 @@ enum ExitStatus : int {
   kWrongWords = 2 // the words are wrong
 };
 
+/// Whether the command may have to lay out text itself: it needs a QGuiApplication then, without a
+/// display, in place of the QCoreApplication. words: as for runCommand.
+bool needsFonts(const QStringList& words);
+
 /// words: the program's arguments without its name, the command first. Needs a QCoreApplication.
 int runCommand(const QStringList& words);
+
+/// Prints the error on stderr in one line; returns the exit status that goes with it.
+int failCommand(const Error& error);
 
 } // namespace tockwise

@@ -6,6 +6,8 @@
 #include "app/offline_password.h"
 #include "app/offline_order.h"
 #include "app/old_text_conversion.h"
+#include "print/print_job.h"
+#include "print/printing.h"
 
 #include <functional>
 #include <map>
@@ -28,6 +30,33 @@ template <typename T> Result<QVariant> reply(const Result<T>& result) {
     return QVariant(*result);
 }
 
+Result<QVariant> reportOf(const Result<DocumentReport>& report) {
+  if (!report)
+    return report.error();
+  return QVariant(report->toMap());
+}
+
+Result<QVariant> openDocument(CommandService& service, const QString& path, bool yes,
+                              const QVariantMap& options) {
+  const auto tasks = tasksOption(options);
+  if (!tasks)
+    return tasks.error();
+  if (!yes) {
+    return Error{Error::Kind::Refused,
+                 QStringLiteral("open replaces every reminder, and Tockwise is not running to ask "
+                                "you: say so with --yes")};
+  }
+  return reportOf(service.documents().open(path, *tasks));
+}
+
+Result<QVariant> mergeDocument(CommandService& service, const QString& path,
+                               const QVariantMap& options) {
+  const auto tasks = tasksOption(options);
+  if (!tasks)
+    return tasks.error();
+  return reportOf(service.documents().merge(path, *tasks));
+}
+
 const std::map<QString, Method>& methods() {
   using S = CommandService;
   using L = QVariantList;
@@ -38,6 +67,14 @@ const std::map<QString, Method>& methods() {
        [](S& s, const L& a) { return reply(s.edit(a[0].toString(), a[1].toMap())); }},
       {QStringLiteral("Delete"), [](S& s, const L& a) { return reply(s.remove(a[0].toString())); }},
       {QStringLiteral("Clear"), [](S& s, const L&) { return reply(s.clear()); }},
+      {QStringLiteral("Save"),
+       [](S& s, const L& a) { return reply(s.documents().save(a[0].toString())); }},
+      {QStringLiteral("Open"),
+       [](S& s, const L& a) {
+         return openDocument(s, a[0].toString(), a[1].toBool(), a[2].toMap());
+       }},
+      {QStringLiteral("Merge"),
+       [](S& s, const L& a) { return mergeDocument(s, a[0].toString(), a[1].toMap()); }},
       {QStringLiteral("List"), [](S& s, const L&) { return Result<QVariant>(jsonText(s.list())); }},
       {QStringLiteral("Show"), [](S& s, const L& a) { return reply(s.show(a[0].toString())); }},
       {QStringLiteral("GetPreference"),
@@ -94,6 +131,14 @@ Result<QVariant> StoreBackend::call(const QString& method, const QVariantList& a
     return known->second(*m_commands, arguments);
   if (method == u"Menu")
     return QVariant(jsonText(menuToJson(menuWithoutApplication(*m_store))));
+  if (method == u"PrintPDF" && arguments[1].toBool()) {
+    return Error{Error::Kind::Unavailable,
+                 QStringLiteral("Tockwise is not running: no alerts are open")};
+  }
+  if (method == u"PrintPDF") {
+    const auto PDF = queueAsPDF(*m_store);
+    return reply(PDF ? writeWholeFile(arguments[0].toString(), *PDF) : Result<void>(PDF.error()));
+  }
   return Error{Error::Kind::Unavailable, QStringLiteral("Tockwise is not running")};
 }
 

@@ -6,46 +6,60 @@
 
 #include <QString>
 
-#include <optional>
+#include <array>
 #include <vector>
 
 namespace tockwise {
 
 struct DesktopCheck {
-  QString name; // "tray", "session bus", …
+  QString name; // "tray host", "session bus", …
   bool ok = false;
   QString detail; // one sentence: what was found
   QString remedy; // one sentence: what to do about it; "" when it is well
+
+  friend bool operator==(const DesktopCheck&, const DesktopCheck&) = default;
 };
 
-/// What was found out about the desktop. Facts that only the running application knows are
-/// nothing when it does not run.
+/// A service of the session bus.
+struct ServiceFacts {
+  bool running = false;
+  bool startable = false; // the bus starts it when it is needed
+  QString name;           // of the running one, with its version, or ""
+};
+
+struct HotKeyFacts {
+  bool wanted = false;    // useGlobalHotKeys
+  bool available = false; // this desktop gives programs hot keys
+  QString detail;         // what gives them, or why nothing does
+  /// Of kHotKeys, as the running application has them; Off when none runs.
+  std::array<HotKeys::State, 4> states{};
+};
+
+struct StoreFacts {
+  QString file;
+  QString problem;       // why it can't be read or written, one sentence, or ""
+  QString lastBackup;    // date and time of the newest copy, as shown, or "" when there is none
+  QString backupProblem; // why no copy can be kept, one sentence, or ""
+};
+
+/// What was found out about the desktop.
 struct DesktopFacts {
-  bool hasDisplay = false;
-  bool wayland = false;
+  bool applicationRuns = false;
+  bool display = false;
   bool sessionBus = false;
-  std::optional<bool> applicationRuns;
-  std::optional<bool> trayHost; // nothing: could not be asked
-  QString trayKind;             // "StatusNotifierItem", "XEmbed" or ""
-  bool notificationService = false;
-  QString notificationServer; // its name and version, or ""
-  bool soundServer = false;
-  QString soundDetail;
-  bool useGlobalHotKeys = false;
-  std::optional<HotKeys::State> hotKeys[4]; // of kHotKeys
-  bool hotKeysAvailable = false;
-  QString hotKeysDetail;
+  QString trayKind; // "StatusNotifierItem", "XEmbed", or "" where nothing shows icons
+  ServiceFacts notifications;
+  QString soundProblem; // why no sound can be played, or ""
+  HotKeyFacts hotKeys;
   SecretStore::State secretStore = SecretStore::State::Unknown;
-  bool loginItemWanted = false;
+  bool loginItemWanted = false; // loginItem
   bool loginItemPresent = false;
-  QString storeFile;
-  QString storeProblem; // why it can't be written, or ""
-  QString lastBackup;   // its date and time as shown, or ""
-  QString timeZone;     // IANA name
-  bool timeZoneKnown = false;
+  StoreFacts store;
+  QString timeZone;
+  bool timeZoneKnown = false; // false: unknown to the calendar, so that UTC is used
 };
 
-/// The checks in their order. Any one thread.
+/// The checks, in their order. Any one thread.
 std::vector<DesktopCheck> diagnose(const DesktopFacts& facts);
 
 } // namespace tockwise

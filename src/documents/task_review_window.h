@@ -14,7 +14,10 @@ class TaskReviewWindow;
 
 namespace tockwise {
 
-/// Main thread.
+class TaskReviewModel;
+
+/// Main thread. accepted() when the document is to be opened, rejected() when it is not. Blocks no
+/// other window.
 class TaskReviewWindow final : public QDialog {
   Q_OBJECT
  public:
@@ -23,11 +26,22 @@ class TaskReviewWindow final : public QDialog {
                    QWidget* parent = nullptr);
   ~TaskReviewWindow() override;
 
+  void bringToFront();
   /// The rows whose task is to be blanked, once it was accepted.
   std::vector<qsizetype> blankedRows() const;
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
-  std::vector<DocumentTask> m_tasks;
+  void prepareTable();
+  void fitColumns();
+  void showPath();
+  void showCount();
+  void flipSelected();
+  void blankAll();
+
+  TaskReviewModel* m_model;
   std::unique_ptr<Ui::TaskReviewWindow> m_ui;
 };
 

@@ -12,7 +12,6 @@
 #include <QRegularExpression>
 
 #include <cmath>
-#include <optional>
 
 namespace tockwise {
 namespace {
@@ -138,14 +137,6 @@ Result<ReminderDraft> readDraft(QByteArray bytes) {
   return draft;
 }
 
-/// The name it stands under now, or nothing when it could not be moved.
-std::optional<QString> putAside(const QString& path) {
-  QString name = path + QStringLiteral(".damaged");
-  for (int i = 1; QFileInfo::exists(name); ++i)
-    name = QStringLiteral("%1.damaged-%2").arg(path).arg(i);
-  return QFile::rename(path, name) ? std::optional(name) : std::nullopt;
-}
-
 /// A file name and nothing else.
 bool isIdentifier(const QString& identifier) {
   static const QRegularExpression form(QStringLiteral("\\A[0-9A-Za-z][0-9A-Za-z-]{0,99}\\z"));
@@ -199,7 +190,7 @@ std::vector<ReminderDraft> DraftStore::kept() const {
     QString line =
         QStringLiteral("Cannot read the draft %1: %2").arg(file.filePath(), draft.error().message);
     if (draft.error().kind == Error::Kind::Damaged) {
-      if (const auto name = putAside(file.filePath()))
+      if (const auto name = putAside(file.filePath(), QStringLiteral(".damaged")))
         line += QStringLiteral("; it is kept as %1").arg(*name);
     }
     logLine(line);

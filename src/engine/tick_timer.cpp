@@ -34,7 +34,7 @@ void TickTimer::start() {
 }
 
 void TickTimer::poke() {
-  if (m_poked || m_state != State::Running)
+  if (m_poked || !mayTick())
     return;
   m_poked = true;
   QMetaObject::invokeMethod(
@@ -50,19 +50,23 @@ void TickTimer::setEverySecond(bool on) {
   if (m_everySecond == on)
     return;
   m_everySecond = on;
-  if (m_state == State::Running)
+  if (mayTick())
     arm();
 }
 
+bool TickTimer::mayTick() const {
+  return m_state == State::Running && !m_held;
+}
+
 void TickTimer::tickNow() {
-  if (m_state != State::Running)
+  if (!mayTick())
     return;
   m_poked = false; // this tick sees what the pokes were about
   const bool isNested = m_tick.isRunning();
   m_missed = isNested;
   m_tick.run();
   Q_EMIT ticked();
-  if (m_state == State::Running)
+  if (mayTick())
     arm();
   if (!isNested && m_missed)
     poke();
@@ -102,6 +106,14 @@ void TickTimer::endHold(int hold) {
   tickNow();
 }
 
-void TickTimer::hold(bool) {}
+void TickTimer::hold(bool on) {
+  if (m_held == on)
+    return;
+  m_held = on;
+  if (on)
+    m_wakeTimer.disarm();
+  else
+    tickNow();
+}
 
 } // namespace tockwise

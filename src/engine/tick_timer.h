@@ -45,7 +45,8 @@ class TickTimer final : public QObject {
 
   /// On while a menu is open or a count on the icon changes: a tick at every whole second.
   void setEverySecond(bool on);
-  /// On while nothing may tick (a print preview is open); off ticks at once.
+  /// On while nothing may tick (a print preview is open): what falls due waits. Off ticks at once,
+  /// unless the machine is about to sleep; within the hold after waking nothing fires even then.
   void hold(bool on);
 
  Q_SIGNALS:
@@ -54,6 +55,7 @@ class TickTimer final : public QObject {
 
  private:
   enum class State { NotStarted, Running, Asleep };
+  bool mayTick() const;
   void tickNow();
   void arm();
   void onWillSleep();
@@ -66,6 +68,7 @@ class TickTimer final : public QObject {
   SingleShot m_singleShot;
   State m_state = State::NotStarted;
   bool m_everySecond = false;
+  bool m_held = false;
   bool m_poked = false;
   bool m_missed = false; // a tick fell into a running one and did nothing
   int m_hold = 0;        // counts wakes; only the hold of the last one ends the waiting

@@ -49,8 +49,8 @@ QStringList toggleActions() {
   return actions;
 }
 
-MenuActions::MenuActions(ReminderStore& store, Prompter& prompter, AlertWindowsAround alerts)
-    : m_store(store), m_prompter(prompter), m_alerts(std::move(alerts)) {}
+MenuActions::MenuActions(ReminderStore& store, Prompter& prompter)
+    : m_store(store), m_prompter(prompter) {}
 
 std::optional<QString> MenuActions::recentText(qsizetype position, const QString& title) const {
   const auto& entries = std::as_const(m_store).recentReminders().entries();
@@ -75,10 +75,7 @@ void MenuActions::toggle(const QString& setting) {
 }
 
 bool MenuActions::clearQueue() {
-  m_alerts.hide();
-  const int answer = m_prompter.ask(clearQueueQuestion());
-  m_alerts.show();
-  if (answer == No)
+  if (m_prompter.ask(clearQueueQuestion()) == No)
     return false;
   runOnMainThread([this] { m_store.clearQueue(); });
   return true;

@@ -5,7 +5,6 @@
 #include "ports/prompter.h"
 #include "store/reminder_store.h"
 
-#include <functional>
 #include <optional>
 
 namespace tockwise {
@@ -20,14 +19,8 @@ QStringList toggleActions();
 /// Main thread.
 class MenuActions {
  public:
-  /// The alert windows float above everything: they are hidden while a question is asked.
-  struct AlertWindowsAround {
-    std::function<void()> hide;
-    std::function<void()> show;
-  };
-
   /// The references must outlive the object.
-  MenuActions(ReminderStore& store, Prompter& prompter, AlertWindowsAround alerts);
+  MenuActions(ReminderStore& store, Prompter& prompter);
 
   /// The whole text of the recent reminder that stood at that position under that title when the
   /// menu was shown; the list may have moved since. Nothing when it is gone or has no text.
@@ -44,7 +37,6 @@ class MenuActions {
  private:
   ReminderStore& m_store;
   Prompter& m_prompter;
-  AlertWindowsAround m_alerts;
 };
 
 } // namespace tockwise

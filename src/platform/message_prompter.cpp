@@ -65,6 +65,10 @@ MessagePrompter::~MessagePrompter() {
 QWidget* MessagePrompter::ownerOfQuestion() const {
   if (!m_questions.empty() && m_questions.back())
     return m_questions.back();
+  // Whatever it does not own could not be answered.
+  QWidget* modal = QApplication::activeModalWidget();
+  if (modal && modal->windowModality() == Qt::ApplicationModal)
+    return modal;
   QWidget* active = QApplication::activeWindow();
   // What floats above the others (an alert, a message) stays usable and owns no question.
   const bool owns =
@@ -105,6 +109,7 @@ void MessagePrompter::tell(const QString& title, const QString& message) {
   std::erase_if(m_messages, [](const auto& gone) { return gone.isNull(); });
   QMessageBox* box = makeBox(nullptr, QStringLiteral("messageBox"), title, message);
   box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setWindowFlag(Qt::WindowStaysOnTopHint); // alerts float, and are not hidden for it
   box->setWindowModality(Qt::NonModal);
   box->setIcon(QMessageBox::Information);
   const auto buttons = addButtons(*box, {QStringLiteral("OK")});

@@ -1,5 +1,7 @@
 #include "platform/termination_signals.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QSocketNotifier>
 
 #include <fcntl.h>
@@ -78,8 +80,17 @@ class TerminationSignals::Private {
   std::unique_ptr<QSocketNotifier> notifier;
 };
 
-TerminationSignals::TerminationSignals() : d(std::make_unique<Private>(*this)) {}
+TerminationSignals::TerminationSignals() : d(std::make_unique<Private>(*this)) {
+  QCoreApplication::instance()->installEventFilter(this);
+}
 
 TerminationSignals::~TerminationSignals() = default;
+
+bool TerminationSignals::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::Quit || watched != QCoreApplication::instance())
+    return QObject::eventFilter(watched, event);
+  Q_EMIT received();
+  return true;
+}
 
 } // namespace tockwise

@@ -13,6 +13,7 @@ struct Question {
   QStringList buttons;   // titles, in the rules' order; one for a message that is only read
   int defaultButton = 0; // index into buttons: what Return presses
   int escapeButton = -1; // what Escape and closing the window press; -1: the last button
+  int quitButton = -1;   // after this answer the program ends; -1: after none
 };
 
 class Prompter {

@@ -1,4 +1,5 @@
-// The documents that are printed: the queue, and the open alerts. Texts only, no widgets.
+// The documents that are printed: the queue, and the open alerts. Their contents and texts; how
+// they look on paper is PrintPages'.
 #pragma once
 
 #include "base/date.h"
@@ -19,15 +20,27 @@ struct PrintEntry {
   QByteArray RTFData;  // the archived rich text, or empty
 };
 
+/// Whether the entries' texts are printed as plain or as rich text.
+enum class PrintForm { Plain, Rich };
+
 /// What stands where an entry's rich text is missing or can't be read.
 enum class WithoutRichText { PlainText, Nothing };
 
+/// What is to be printed. Copies share their bytes with the queue and the alerts.
+struct PrintContents {
+  PrintForm form = PrintForm::Plain;
+  WithoutRichText withoutRichText = WithoutRichText::PlainText; // of the rich form
+  std::vector<PrintEntry> entries;
+};
+
+/// In the queue's order. Any one thread.
 std::vector<PrintEntry> entriesOfQueue(const ReminderQueue& queue);
 
-/// The plain form: heading, and for each entry the separator, the date and the plain text.
-QString plainPrintText(const std::vector<PrintEntry>& entries, const Calendar& calendar);
+/// The plain form: the heading, then for each entry the separator, the date and the plain text.
+QString plainPrintHeading();
+QString plainPrintPiece(const PrintEntry& entry, const Calendar& calendar);
 
-/// The pieces of the rich form around the entries' own texts.
+/// The rich form: the heading, then for each entry this piece and the entry's own text.
 QString richPrintHeading();
 QString richPrintPiece(Date date, const Calendar& calendar);
 

@@ -1,9 +1,16 @@
 // The print preview: the document as it will be printed, with "Print" and "Cancel".
 #pragma once
 
-#include <QDialog>
-#include <QTextDocument>
+#include "print/print_operation.h"
+#include "print/print_pages.h"
+#include "print/print_settings.h"
 
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
 #include <memory>
 
 namespace Ui {
@@ -12,20 +19,47 @@ class PrintWindow;
 
 namespace tockwise {
 
-/// Main thread.
-class PrintWindowController final : public QDialog {
+class PrintWindowController;
+
+/// What a preview needs of the program. The references must outlive it.
+struct PrintSurroundings {
+  PrintSettings& settings;
+  Prompter& prompter;
+  PrintPanels panels;
+  /// The window is about to be shown; it goes away with the modal run.
+  std::function<void(QDialog& window)> willShow;
+  /// Takes the controller off the list of previews.
+  std::function<void(const PrintWindowController* controller)> remove;
+};
+
+/// Main thread. The window and the document live as long as the preview is open; what is left of
+/// it is small.
+class PrintWindowController final : public QObject {
   Q_OBJECT
  public:
-  /// Shows the document, modal for the whole program, and returns when it is closed.
-  explicit PrintWindowController(std::unique_ptr<QTextDocument> document);
+  /// Shows the document, modal for the whole program, and returns when the preview is closed. The
+  /// pages are made while it is open, so that it opens at once.
+  PrintWindowController(PrintContents contents, PrintSurroundings surroundings);
   ~PrintWindowController() override;
 
   bool didCancel() const { return m_didCancel; }
 
  private:
-  std::unique_ptr<QTextDocument> m_document;
-  std::unique_ptr<Ui::PrintWindow> m_ui;
+  void buildWindow();
+  void place();
+  void goOn();
+  void showPage();
+  void print();
+  void cancel();
+
+  PrintSurroundings m_surroundings;
   bool m_didCancel = false;
+  // While the preview is open:
+  std::unique_ptr<PrintPages> m_pages;
+  std::unique_ptr<QDialog> m_window;
+  std::unique_ptr<Ui::PrintWindow> m_ui;
+  QTimer m_slice;
+  QElapsedTimer m_opened;
 };
 
 } // namespace tockwise

@@ -196,6 +196,10 @@ const Clock& ReminderStore::clock() const {
   return d->clock;
 }
 
+ReminderQueue::Pads ReminderStore::pads() const {
+  return d->pads();
+}
+
 void ReminderStore::saveDefaults() {
   d->preferences->synchronize();
 }

@@ -40,6 +40,8 @@ class ReminderStore {
   /// What happened when the file was last read.
   const StoreNotice& loadReport() const;
   const Clock& clock() const;
+  /// What a repair of the queue, or a row that is read from elsewhere, is padded with now.
+  ReminderQueue::Pads pads() const;
 
   /// Brings queue, recent reminders and settings to the disk, when anything changed since they
   /// last were.

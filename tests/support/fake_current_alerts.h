@@ -10,11 +10,13 @@ namespace tockwise {
 class FakeCurrentAlerts final : public CurrentAlerts {
  public:
   qsizetype open = 0;
-  QStringList calls; // "hide", "show"
+  QStringList calls; // "hide 1", "show 1"
 
   qsizetype count() const override { return open; }
-  void hideAllCurrentAlerts() override { calls += QStringLiteral("hide"); }
-  void showAllCurrentAlerts() override { calls += QStringLiteral("show"); }
+  void hideForQuestion(int question) override { calls += QStringLiteral("hide %1").arg(question); }
+  void showAfterQuestion(int question) override {
+    calls += QStringLiteral("show %1").arg(question);
+  }
 };
 
 } // namespace tockwise

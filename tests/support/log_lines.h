@@ -4,15 +4,48 @@
 
 #include "base/log.h"
 
+#include <QStringList>
+
 #include <cstring>
+#include <utility>
 
 namespace tockwise {
 
 inline void enableLogLines() {
-  QLoggingCategory::installFilter([](QLoggingCategory* category) {
+  static QLoggingCategory::CategoryFilter before = nullptr;
+  before = QLoggingCategory::installFilter([](QLoggingCategory* category) {
+    if (before)
+      before(category);
     if (std::strcmp(category->categoryName(), "tockwise") == 0)
       category->setEnabled(QtInfoMsg, true);
   });
 }
+
+/// The program's log lines for as long as it lives. One at a time.
+class LogLines {
+ public:
+  LogLines() {
+    enableLogLines();
+    s_lines.clear();
+    s_before = qInstallMessageHandler(collect);
+  }
+  ~LogLines() { qInstallMessageHandler(s_before); }
+  LogLines(const LogLines&) = delete;
+  LogLines& operator=(const LogLines&) = delete;
+
+  /// What was logged since the last call.
+  QStringList take() { return std::exchange(s_lines, QStringList()); }
+
+ private:
+  static void collect(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (std::strcmp(context.category, "tockwise") == 0)
+      s_lines.append(text);
+    else if (s_before)
+      s_before(type, context, text);
+  }
+
+  static inline QStringList s_lines;
+  static inline QtMessageHandler s_before = nullptr;
+};
 
 } // namespace tockwise

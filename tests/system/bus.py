@@ -14,6 +14,7 @@ CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Con
   <type>{kind}</type>
   <listen>unix:path={socket}</listen>
   <auth>EXTERNAL</auth>
+  <servicedir>{services}</servicedir>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -24,11 +25,13 @@ CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Con
 
 
 def write_configuration(folder, kind):
-    """The configuration file of a bus of that kind ("session" or "system") on which no service
-    can be activated; returns it and the bus's address."""
+    """The configuration file of a bus of that kind ("session" or "system"), which activates the
+    services of the folder KIND-services: none at first. Returns it and the bus's address."""
     socket = Path(folder, f"{kind}-bus")
+    services = Path(folder, f"{kind}-services")
+    services.mkdir(exist_ok=True)
     path = Path(folder, f"{kind}-bus.conf")
-    path.write_text(CONFIGURATION.format(kind=kind, socket=socket), encoding="utf-8")
+    path.write_text(CONFIGURATION.format(kind=kind, socket=socket, services=services), encoding="utf-8")
     return path, f"unix:path={socket}"
 
 
@@ -42,12 +45,21 @@ class Bus:
         if not self._connection.is_closed():
             self._connection.close_sync(None)
 
-    def call(self, name, path, interface, method, arguments=None, seconds=10):
-        """The unpacked results of the method; arguments is a GLib.Variant of a tuple."""
-        reply = self._connection.call_sync(name, path, interface, method, arguments, None,
-                                           Gio.DBusCallFlags.NO_AUTO_START, int(seconds * 1000),
-                                           None)
+    def call(self, name, path, interface, method, arguments=None, seconds=10, start=False):
+        """The unpacked results of the method; arguments is a GLib.Variant of a tuple. start: the
+        bus may start who has the name."""
+        flags = Gio.DBusCallFlags.NONE if start else Gio.DBusCallFlags.NO_AUTO_START
+        reply = self._connection.call_sync(name, path, interface, method, arguments, None, flags,
+                                           int(seconds * 1000), None)
         return reply.unpack()
+
+    def set_environment_of_services(self, environment):
+        """What the bus starts from now on has these variables; it looks for services anew."""
+        bus = "org.freedesktop.DBus"
+        path = "/org/freedesktop/DBus"
+        self.call(bus, path, bus, "UpdateActivationEnvironment",
+                  GLib.Variant("(a{ss})", (environment,)))
+        self.call(bus, path, bus, "ReloadConfig")
 
     def property(self, name, path, interface, key):
         return self.call(name, path, "org.freedesktop.DBus.Properties", "Get",

@@ -11,12 +11,12 @@ from Xlib.protocol import event
 class ClipboardOwner(threading.Thread):
     """contents: MIME type -> bytes. Runs on its own connection to the display until stop()."""
 
-    def __init__(self, name, contents):
+    def __init__(self, name, contents, selection="CLIPBOARD"):
         super().__init__(daemon=True)
         self._display = display.Display(name)
         self._wake_out, self._wake_in = pipe()
         self._contents = {self._atom(mime): data for mime, data in contents.items()}
-        self._selection = self._atom("CLIPBOARD")
+        self._selection = self._atom(selection)
         screen = self._display.screen()
         self._window = screen.root.create_window(0, 0, 1, 1, 0, screen.root_depth)
         self._window.set_selection_owner(self._selection, X.CurrentTime)
@@ -32,9 +32,14 @@ class ClipboardOwner(threading.Thread):
                 received = self._display.next_event()
                 if received.type == X.SelectionRequest:
                     self._answer(received)
+                else:
+                    self.received(received)
             ready, _, _ = select.select([self._display, self._wake_out], [], [])
             if self._wake_out in ready:
                 return
+
+    def received(self, message):
+        """Any other event, on the thread of its own; for those who derive."""
 
     def _answer(self, request):
         place = request.property or request.target

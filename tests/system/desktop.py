@@ -88,13 +88,29 @@ class Desktop:
 
     def press(self, key, *modifiers):
         """Presses a key by its keysym name ("Return", "a"), with modifiers held ("Alt_L")."""
-        codes = [self._display.keysym_to_keycode(XK.string_to_keysym(name))
-                 for name in (*modifiers, key)]
-        for code in codes:
+        self.press_code(self._code(key), *modifiers)
+
+    def press_code(self, code, *modifiers):
+        """Presses a key by its place on the keyboard, whatever the layout makes of it."""
+        self.hold(code, *modifiers)
+        self.let_go(code, *modifiers)
+
+    def hold(self, key, *modifiers):
+        for code in self._codes(key, modifiers):
             xtest.fake_input(self._display, X.KeyPress, code)
-        for code in reversed(codes):
+        self._display.sync()
+
+    def let_go(self, key, *modifiers):
+        for code in reversed(self._codes(key, modifiers)):
             xtest.fake_input(self._display, X.KeyRelease, code)
         self._display.sync()
+
+    def _code(self, key):
+        return key if isinstance(key, int) else self._display.keysym_to_keycode(
+            XK.string_to_keysym(key))
+
+    def _codes(self, key, modifiers):
+        return [self._code(each) for each in (*modifiers, key)]
 
     def type(self, text):
         """Types small letters, digits and blanks."""
@@ -116,6 +132,13 @@ class Desktop:
         self._root.change_attributes(background_pixel=red << 16 | green << 8 | blue)
         self._root.clear_area()
         self._display.sync()
+
+    def user_time(self, window):
+        """When the window was last used, as its program told the window manager (0: never); in
+        milliseconds of the X server."""
+        value = self._display.create_resource_object("window", window.identifier).get_full_property(
+            self._display.intern_atom("_NET_WM_USER_TIME"), Xatom.CARDINAL)
+        return value.value[0] if value is not None and len(value.value) else 0
 
     def active_window(self):
         """The identifier of the window that has the keyboard, or 0."""

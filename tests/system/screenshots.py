@@ -109,6 +109,67 @@ def writing(folder):
         session.quit_application()
 
 
+def preferences(folder):
+    with Session(tray="status-notifier") as session:
+        session.desktop.paint_background(*WALLPAPER)
+        for key, value in (("emailAddressAD", "amina@example.org"),
+                           ("smtpServerNameAD", "smtp.example.org"),
+                           ("serverPortAD", "587"), ("authenticationAD", "2"),
+                           ("usernameAD", "amina"), ("passwordAD", "not my real one"),
+                           ("useADPrefs", "YES")):
+            session.tockwise("prefs", "set", key, value)
+        session.start_application()
+        PanelMenu(session).choose("Preferences...")
+        frameless(session, "Preferences")
+        for panes, name in ((2, "preferences-menu.png"), (4, "preferences-mail.png")):
+            for _ in range(panes):
+                session.desktop.press("Next", "Control_L")
+            photograph(session, frameless(session, "Preferences"), folder / name)
+        session.desktop.press("Escape")
+        session.quit_application()
+
+
+def opening(folder):
+    """A document whose reminders have tasks, as it is opened."""
+    now = time.time() // 60 * 60
+    tasks = [("Back up the photos", 4, "/home/amina/bin/back-up-photos.sh"),
+             ("Stand-up meeting", 0, "meet.example.org/stand-up"),
+             ("Write the weekly report", 2, "/home/amina/Documents/weekly report.odt"),
+             ("Wake up", 1, "/home/amina/Music/Morning.ogg")]
+    with Session(tray="status-notifier") as session:
+        session.desktop.paint_background(*WALLPAPER)
+        write_store(session, [
+            reminder(text, now + (position + 1) * HOUR, reminderTasks={"type": kind, "path": path})
+            for position, (text, kind, path) in enumerate(tasks)])
+        session.start_application()
+        PanelMenu(session).choose("Save Reminders...")
+        frameless(session, "Save Reminders")
+        session.desktop.press("a", "Control_L")
+        session.desktop.type("reminders")
+        session.desktop.press("Return")
+        document = session.home / "reminders.tockwise"
+        wait_for(document.exists, "the document")
+        session.tockwise(str(document))
+        frameless(session, "Tockwise")
+        session.desktop.press("Return")
+        photograph(session, frameless(session, "Review Tasks"), folder / "review.png")
+        session.desktop.press("Escape")
+        session.quit_application()
+
+
+def printing(folder):
+    """The preview of a queue of plain and rich texts."""
+    with Session(tray="status-notifier") as session:
+        session.desktop.paint_background(*WALLPAPER)
+        write_store(session, scene()[1:3])
+        session.start_application()
+        add_written_reminder(session)
+        session.tockwise("print")
+        photograph(session, frameless(session, "Print Preview"), folder / "print.png")
+        session.desktop.press("Escape")
+        session.quit_application()
+
+
 def open_written(menu):
     menu.choose(next(label for label in menu.labels() if label.startswith(TITLE)), "Show")
 
@@ -126,6 +187,9 @@ def main():
     folder = Path(sys.argv[1])
     menu_and_alert(folder)
     writing(folder)
+    preferences(folder)
+    opening(folder)
+    printing(folder)
 
 
 if __name__ == "__main__":

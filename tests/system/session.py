@@ -122,8 +122,8 @@ class Session:
         with open(self.logs / f"{name}.log", "ab") as output:
             process = subprocess.Popen(
                 [str(word) for word in words], env=environment or self.environment,
-                stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT,
-                preexec_fn=_die_with_parent, **options)
+                stdout=output, stderr=subprocess.STDOUT, preexec_fn=_die_with_parent,
+                **{"stdin": subprocess.DEVNULL} | options)
         self._processes[process] = name
         return process
 
@@ -226,6 +226,13 @@ class Session:
         if not self.is_running():
             raise AssertionError("the application did not start: " + self.log())
         return self.application
+
+    def let_the_bus_start_it(self):
+        """Whoever calls the application over D-Bus from now on starts it; see quit_application()
+        for its end."""
+        service = f"[D-BUS Service]\nName={NAME}\nExec={PROGRAM}\n"
+        (self.folder / f"session-services/{NAME}.service").write_text(service, encoding="utf-8")
+        self.bus.set_environment_of_services(self.environment)
 
     def is_running(self):
         return bool(self.bus.owner(NAME))

@@ -141,16 +141,17 @@ void paintApplication(QPainter& painter, const QRectF& box) {
   shade.setColorAt(1, kBlueDark);
   painter.setPen(Qt::NoPen);
   painter.setBrush(shade);
-  const double margin = side * 0.04;
+  const double margin = std::round(side * 0.04);
   painter.drawRoundedRect(box.adjusted(margin, margin, -margin, -margin), side * 0.22, side * 0.22);
   const QPointF middle = box.center();
-  const double radius = side * 0.34;
+  const bool small = side < 32; // no room for twelve dots: a larger face, with four or none
+  const double radius = side * (small ? 0.38 : 0.34);
   fillDisc(painter, middle, radius, kFace);
-  for (int tick = 0; tick < 12; ++tick) {
+  for (int tick = 0; side >= 20 && tick < 12; tick += small ? 3 : 1) {
     const double angle = tick * std::numbers::pi / 6;
     const QPointF direction(std::sin(angle), -std::cos(angle));
-    fillDisc(painter, middle + direction * radius * 0.84, tick % 3 == 0 ? side / 40 : side / 75,
-             kInk);
+    fillDisc(painter, middle + direction * radius * 0.84,
+             tick % 3 == 0 ? std::max(0.6, side / 40) : side / 75, kInk);
   }
   paintHand(painter, middle, radius * 0.46, 10.2, kInk, std::max(1.5, side / 17));
   paintHand(painter, middle, radius * 0.66, 2, kAccent, std::max(1.5, side / 20));

@@ -1,12 +1,15 @@
 #include "menu/ui/menu_window.h"
 
 #include "menu/ui/clock_icon.h"
+#include "menu/ui/drop_frame.h"
 #include "menu/ui/menu_list_model.h"
 #include "menu/ui/menu_row_delegate.h"
 #include "menu/ui/native_menu.h"
 
+#include <QDropEvent>
 #include <QKeyEvent>
 #include <QListView>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -18,11 +21,13 @@ MenuWindow::MenuWindow(MenuSource source, QWidget* parent)
       m_live(std::move(source)),
       m_list(new QListView(this)),
       m_model(new MenuListModel(m_live, this)),
-      m_delegate(new MenuRowDelegate(this)) {
+      m_delegate(new MenuRowDelegate(this)),
+      m_dropFrame(new DropFrame(this)) {
   setObjectName(QStringLiteral("menuWindow"));
   setWindowTitle(QStringLiteral("Tockwise"));
   setWindowIcon(applicationIcon());
   setAttribute(Qt::WA_QuitOnClose, false);
+  setAcceptDrops(true);
   resize(440, 620);
 
   m_list->setObjectName(QStringLiteral("menuList"));
@@ -63,6 +68,35 @@ void MenuWindow::showEvent(QShowEvent* event) {
 void MenuWindow::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
   Q_EMIT visibilityChanged(false);
+}
+
+void MenuWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (draggedDocuments(*event->mimeData()).isEmpty())
+    return;
+  event->setDropAction(Qt::CopyAction); // the file stays where it is
+  event->accept();
+  m_dropFrame->cover();
+}
+
+void MenuWindow::dragLeaveEvent(QDragLeaveEvent*) {
+  m_dropFrame->hide();
+}
+
+void MenuWindow::dropEvent(QDropEvent* event) {
+  m_dropFrame->hide();
+  const QStringList documents = draggedDocuments(*event->mimeData());
+  if (documents.isEmpty())
+    return;
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  for (const QString& path : documents)
+    Q_EMIT documentDropped(path);
+}
+
+void MenuWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  if (m_dropFrame->isVisible())
+    m_dropFrame->cover();
 }
 
 bool MenuWindow::eventFilter(QObject* watched, QEvent* event) {

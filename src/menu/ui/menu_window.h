@@ -9,6 +9,7 @@ class QListView;
 
 namespace tockwise {
 
+class DropFrame;
 class MenuListModel;
 class MenuRowDelegate;
 class NativeMenu;
@@ -27,11 +28,17 @@ class MenuWindow final : public QWidget {
   void visibilityChanged(bool visible);
   /// An item was chosen, by a click or by Return.
   void activated(const tockwise::MenuActivation& activation);
+  /// A reminders document was dropped on the window; once for each.
+  void documentDropped(const QString& path);
 
  protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragLeaveEvent(QDragLeaveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   bool handleKey(int key);
@@ -45,6 +52,7 @@ class MenuWindow final : public QWidget {
   QListView* m_list;
   MenuListModel* m_model;
   MenuRowDelegate* m_delegate;
+  DropFrame* m_dropFrame;
   NativeMenu* m_submenu = nullptr;
 };
 

@@ -125,6 +125,7 @@ void TrayController::showMenuWindow() {
     m_window = std::make_unique<MenuWindow>(m_source);
     connect(m_window.get(), &MenuWindow::visibilityChanged, this, &TrayController::updateOpen);
     connect(m_window.get(), &MenuWindow::activated, this, &TrayController::choose);
+    connect(m_window.get(), &MenuWindow::documentDropped, this, &TrayController::documentDropped);
   }
   m_window->show();
   m_window->raise();

@@ -55,6 +55,8 @@ class TrayController final : public QObject {
  Q_SIGNALS:
   void visibilityChanged(bool open);
   void activated(const tockwise::MenuActivation& activation);
+  /// A reminders document was dropped on the menu's window.
+  void documentDropped(const QString& path);
   void trayAvailableChanged(bool available);
 
  private:

@@ -14,19 +14,28 @@ using plist::Ref;
 
 constexpr quint32 kNoClass = std::numeric_limits<quint32>::max();
 constexpr qsizetype kLongestChain = 64;
+constexpr qsizetype kLongestClassName = 256;
+// What the names of all classes may take, and so many more for each byte of the archive: many
+// records can share one long chain.
+constexpr qsizetype kMostClassBytes = 2 << 20;
+constexpr qsizetype kClassBytesPerByte = 8;
 
 Error damaged(const QString& what) {
   return Error{Error::Kind::Damaged, QStringLiteral("not a sound keyed archive: %1").arg(what)};
 }
 
-// An array of strings only, not too long; nothing otherwise.
+bool isClassName(const plist::Reader& list, Ref object) {
+  return list.kind(object) == Kind::String && list.count(object) <= kLongestClassName;
+}
+
+// An array of names of classes only, not too long; nothing otherwise.
 std::optional<QStringList> stringsOf(const plist::Reader& list, Ref array) {
   if (list.kind(array) != Kind::Array || list.count(array) > kLongestChain)
     return std::nullopt;
   QStringList strings;
   for (qsizetype i = 0; i < list.count(array); ++i) {
     const Ref element = list.element(array, i);
-    if (list.kind(element) != Kind::String)
+    if (!isClassName(list, element))
       return std::nullopt;
     strings.append(list.string(element));
   }
@@ -36,7 +45,7 @@ std::optional<QStringList> stringsOf(const plist::Reader& list, Ref array) {
 std::optional<KeyedArchive::ClassRecord> classRecord(const plist::Reader& list, Ref object) {
   const auto name = list.find(object, u"$classname");
   const auto chain = list.find(object, u"$classes");
-  if (!name || !chain || list.kind(*name) != Kind::String)
+  if (!name || !chain || !isClassName(list, *name))
     return std::nullopt;
   auto names = stringsOf(list, *chain);
   if (!names)
@@ -47,6 +56,15 @@ std::optional<KeyedArchive::ClassRecord> classRecord(const plist::Reader& list, 
   if (const auto hints = list.find(object, u"$classhints"))
     record.hints = stringsOf(list, *hints).value_or(QStringList());
   return record;
+}
+
+qsizetype bytesOf(const KeyedArchive::ClassRecord& record) {
+  qsizetype bytes = sizeof(record);
+  for (const QStringList& names : {record.chain, record.hints}) {
+    for (const QString& name : names)
+      bytes += qsizetype(sizeof(name)) + name.size() * qsizetype(sizeof(QChar));
+  }
+  return bytes;
 }
 
 } // namespace
@@ -115,6 +133,7 @@ void KeyedArchive::readShapes() {
   m_shapes.assign(m_objects.size(), Shape::Scalar);
   m_classOf.assign(m_objects.size(), kNoClass);
   std::vector<std::pair<Uid, Uid>> records; // with what they name as their class
+  qsizetype bytesLeft = kMostClassBytes + kClassBytesPerByte * m_size;
   for (Uid uid = 1; uid < count(); ++uid) {
     const Kind kind = m_list.kind(m_objects[uid]);
     if (kind == Kind::Null || kind == Kind::Uid || kind == Kind::Array)
@@ -125,7 +144,8 @@ void KeyedArchive::readShapes() {
     if (const auto named = m_list.find(m_objects[uid], u"$class")) {
       if (m_list.kind(*named) == Kind::Uid && m_list.uid(*named) < count())
         records.emplace_back(uid, m_list.uid(*named));
-    } else if (auto record = classRecord(m_list, m_objects[uid])) {
+    } else if (auto record = bytesLeft >= 0 ? classRecord(m_list, m_objects[uid]) : std::nullopt) {
+      bytesLeft -= bytesOf(*record);
       m_shapes[uid] = Shape::Class;
       m_classOf[uid] = quint32(m_classes.size());
       m_classes.push_back(std::move(*record));

@@ -2,7 +2,7 @@
 //
 // Opening checks the shape of the whole table once. What is wrong with single objects is found out
 // as well, and costs only what leads to them: such objects are not sound. Class names are data
-// here; nothing is ever made by name. docs/archive-formats.md describes the layout.
+// here; nothing is ever made by name. docs/documents.md describes the layout.
 #pragma once
 
 #include "base/result.h"

@@ -21,6 +21,16 @@ QStringList chainOf(std::initializer_list<QStringView> names) {
   return chain;
 }
 
+const QStringList& arrayChain() {
+  static const QStringList chain = chainOf({u"NSArray", u"NSObject"});
+  return chain;
+}
+
+const QStringList& dictionaryChain() {
+  static const QStringList chain = chainOf({u"NSDictionary", u"NSObject"});
+  return chain;
+}
+
 } // namespace
 
 KeyedWriter::KeyedWriter() {
@@ -87,9 +97,12 @@ KeyedWriter::Uid KeyedWriter::array(std::span<const Uid> elements) {
   return uid;
 }
 
+KeyedWriter::Uid KeyedWriter::arrayValue(std::span<const Uid> elements) {
+  return valueRecord({{QStringLiteral("NS.objects"), uidArray(elements)}}, arrayChain());
+}
+
 void KeyedWriter::setArray(Uid uid, std::span<const Uid> elements) {
-  static const QStringList chain = chainOf({u"NSArray", u"NSObject"});
-  setRecord(uid, {{QStringLiteral("NS.objects"), uidArray(elements)}}, chain);
+  setRecord(uid, {{QStringLiteral("NS.objects"), uidArray(elements)}}, arrayChain());
 }
 
 KeyedWriter::Uid KeyedWriter::mutableArray(std::span<const Uid> elements) {
@@ -105,12 +118,18 @@ KeyedWriter::Uid KeyedWriter::dictionary(std::span<const Uid> keys, std::span<co
   return uid;
 }
 
+KeyedWriter::Uid KeyedWriter::dictionaryValue(std::span<const Uid> keys,
+                                              std::span<const Uid> values) {
+  return valueRecord({{QStringLiteral("NS.keys"), uidArray(keys)},
+                      {QStringLiteral("NS.objects"), uidArray(values)}},
+                     dictionaryChain());
+}
+
 void KeyedWriter::setDictionary(Uid uid, std::span<const Uid> keys, std::span<const Uid> values) {
-  static const QStringList chain = chainOf({u"NSDictionary", u"NSObject"});
   setRecord(uid,
             {{QStringLiteral("NS.keys"), uidArray(keys)},
              {QStringLiteral("NS.objects"), uidArray(values)}},
-            chain);
+            dictionaryChain());
 }
 
 KeyedWriter::Inline KeyedWriter::uidArray(std::span<const Uid> uids) {

@@ -41,6 +41,9 @@ class KeyedWriter {
   Uid array(std::span<const Uid> elements);
   Uid mutableArray(std::span<const Uid> elements);
   Uid dictionary(std::span<const Uid> keys, std::span<const Uid> values);
+  // By their value: the same object for equal elements.
+  Uid arrayValue(std::span<const Uid> elements);
+  Uid dictionaryValue(std::span<const Uid> keys, std::span<const Uid> values);
   // The same for an object that was reserved.
   void setArray(Uid uid, std::span<const Uid> elements);
   void setDictionary(Uid uid, std::span<const Uid> keys, std::span<const Uid> values);

@@ -10,7 +10,7 @@ namespace tockwise {
 struct DocumentTask {
   qsizetype row = 0; // in the dictionary
   QString reminder;  // its plain text
-  Date fires;
+  Date fires;        // the distant future when the document has no date for it
   Task task;
 };
 

@@ -1,3 +1,4 @@
+#include "alerts/alert_hiding_prompter.h"
 #include "alerts/alert_windows.h"
 #include "support/fakes.h"
 
@@ -24,16 +25,30 @@ class RecordingRemover final : public ReminderRemover {
   }
 };
 
+AlertRequest alertOf(const QString& text) {
+  AlertRequest request;
+  request.reminder = text;
+  request.date = kNow;
+  request.reminderType = QStringLiteral("regular");
+  request.reminderUUID = QStringLiteral("UUID of ") + text;
+  return request;
+}
+
 struct Fixture {
-  Fixture() { alerts.setReminderRemover(&remover); }
+  Fixture() {
+    questions.setAlerts(&alerts);
+    alerts.setReminderRemover(&remover);
+  }
 
   ReminderQueue queue;
   MemorySettings settings;
   FakeSoundPlayer player;
   AlertSounds sounds{settings, player, {}, AlertSounds::systemRandom()};
-  FakePrompter prompter;
+  FakePrompter* fake = new FakePrompter;
+  FakePrompter& prompter = *fake;
+  AlertHidingPrompter questions{std::unique_ptr<Prompter>(fake)};
   RecordingRemover remover;
-  AlertWindows alerts{queue, sounds, prompter};
+  AlertWindows alerts{queue, sounds, questions};
 
   QString add(const QByteArray& RTFData) {
     Reminder reminder;
@@ -43,13 +58,9 @@ struct Fixture {
     return reminder.reminderUUID;
   }
   qsizetype open(const QString& text, const QByteArray& RTFData = {}, bool rescheduled = false) {
-    AlertRequest request;
-    request.reminder = text;
+    AlertRequest request = alertOf(text);
     request.RTFData = RTFData;
-    request.date = kNow;
     request.rescheduled = rescheduled;
-    request.reminderType = QStringLiteral("regular");
-    request.reminderUUID = QStringLiteral("UUID of ") + text;
     return alerts.open(request);
   }
   QStringList texts() const {
@@ -58,7 +69,7 @@ struct Fixture {
       result += entry.text;
     return result;
   }
-  QPushButton* button(qsizetype position, const char* name) const {
+  QPushButton* button(qsizetype position, const char* name) {
     return alerts.window(position)->findChild<QPushButton*>(QString::fromLatin1(name));
   }
   int shown() const {
@@ -333,6 +344,197 @@ class AlertWindowsTest : public QObject {
     QSignalSpy links(&f.alerts, &AlertWindows::linkChosen);
     Q_EMIT f.alerts.window(0)->linkChosen(QUrl(address));
     QCOMPARE(links.count(), passed);
+  }
+
+  void showAllBringsBackWhatAWindowManagerMinimized() {
+    Fixture f;
+    f.open(kTea);
+    f.alerts.window(0)->showMinimized();
+    f.alerts.showAllCurrentAlerts();
+    QVERIFY(!f.alerts.window(0)->isMinimized());
+    QVERIFY(f.alerts.window(0)->isVisible());
+  }
+
+  void hiddenAlertsKeepTheirStateAndComeBackWhole() {
+    Fixture f;
+    AlertRequest request;
+    request.reminder = kTea;
+    request.RTFData = "rtf";
+    request.sentEmail = true;
+    f.alerts.open(request);
+    AlertWindowController* window = f.alerts.window(0);
+    f.alerts.hideAllCurrentAlerts();
+    f.alerts.showAllCurrentAlerts();
+    QCOMPARE(f.alerts.window(0), window);
+    QVERIFY(window->isVisible() && window->emailState());
+    QCOMPARE(window->request(), request);
+    QCOMPARE(f.player.played.size(), size_t(0)); // no sound file here, and none asked for again
+    QCOMPARE(f.settings.synchronizations(), 1);
+  }
+
+  void anAlertThatOpensDuringAQuestionIsSeenAtOnce() {
+    Fixture f;
+    f.open(kTea);
+    f.prompter.meanwhile = [&] {
+      f.open(kCake);
+      QVERIFY(!f.alerts.entries()[0].shown);
+      QVERIFY(f.alerts.window(1)->isVisible());
+      QVERIFY(f.alerts.OK(1));
+    };
+    f.alerts.closeAllCurrentAlerts();
+    QCOMPARE(f.texts(), QStringList{kTea});
+    QVERIFY(f.alerts.window(0)->isVisible());
+  }
+
+  void aQuestionWithinAQuestionBringsBackOnlyWhatItHid() {
+    Fixture f;
+    f.open(kTea);
+    f.prompter.meanwhile = [&] {
+      f.open(kCake); // while the first question is open
+      f.prompter.meanwhile = [&] { QCOMPARE(f.shown(), 0); };
+      f.alerts.closeAllCurrentAlerts(); // the second
+      QVERIFY(!f.alerts.entries()[0].shown);
+      QVERIFY(f.alerts.window(1)->isVisible());
+    };
+    f.alerts.closeAllCurrentAlerts();
+    QCOMPARE(f.shown(), 2);
+    QCOMPARE(f.prompter.asked.size(), size_t(2));
+  }
+
+  void whatTheUserHidesDuringAQuestionStaysHiddenUntilTheFirstOneEnds() {
+    Fixture f;
+    f.prompter.meanwhile = [&] {
+      f.open(kTea);
+      f.prompter.meanwhile = [&] { QVERIFY(f.alerts.hide(0)); };
+      f.alerts.closeAllCurrentAlerts();
+      QCOMPARE(f.shown(), 0);
+    };
+    f.alerts.closeAllCurrentAlerts();
+    QCOMPARE(f.shown(), 1);
+  }
+
+  void aQuestionIsNoHidingByTheUser() {
+    Fixture f;
+    f.open(kTea);
+    f.open(kCake);
+    QVERIFY(f.alerts.hide(1));
+    f.prompter.meanwhile = [&] {
+      QVERIFY(!f.alerts.states()[0].hidden);
+      QVERIFY(f.alerts.states()[1].hidden);
+    };
+    f.alerts.closeAllCurrentAlerts();
+    QVERIFY(!f.alerts.states()[1].hidden); // all are shown again
+  }
+
+  void closeAllDismissesHiddenOnesAndWhatOpenedMeanwhile() {
+    Fixture f;
+    f.open(kTea);
+    f.prompter.answers = {1};
+    f.alerts.closeAllCurrentAlerts();
+    f.open(kCake);
+    f.alerts.hideAllCurrentAlerts();
+    QTRY_COMPARE(f.alerts.count(), 0);
+  }
+
+  void manyAlertsLeaveTheEventLoopTimeBetweenThem() {
+    Fixture f;
+    QElapsedTimer since;
+    since.start();
+    qint64 longest = 0;
+    QTimer pulse;
+    connect(&pulse, &QTimer::timeout, this, [&] { longest = std::max(longest, since.restart()); });
+    for (int i = 0; i < 300; ++i)
+      f.open(QStringLiteral("Alert %1").arg(i));
+    const qint64 opening = since.restart();
+    pulse.start(0);
+    QCOMPARE(f.alerts.count(), 300);
+    QCOMPARE(f.shown(), 300);
+    const auto visible = [] {
+      const QWidgetList windows = QApplication::topLevelWidgets();
+      return std::count_if(windows.begin(), windows.end(), [](const QWidget* window) {
+        return window->isVisible() && qobject_cast<const AlertWindowController*>(window);
+      });
+    };
+    const qint64 atOnce = visible();
+    QVERIFY(atOnce >= 1);
+    QTRY_COMPARE_WITH_TIMEOUT(visible(), qint64(300), 60000);
+    pulse.stop();
+    qInfo("opening 300 took %lld ms, the longest turn %lld ms", opening, longest);
+    QVERIFY(atOnce < 300);
+    QVERIFY(f.alerts.window(299)->pos() != f.alerts.window(298)->pos());
+  }
+
+  void waitingAlertsAreHiddenAndAnsweredAsOthers() {
+    Fixture f;
+    f.alerts.restore({{alertOf(kTea)}, {alertOf(kCake)}, {alertOf(kWalk)}});
+    QCOMPARE(f.shown(), 3);
+    QVERIFY(f.alerts.OK(0));
+    QVERIFY(f.alerts.hide(1));
+    QVERIFY(f.alerts.exposeCurrentAlert(0));
+    QVERIFY(f.alerts.window(0)->isVisible());
+    QVERIFY(!f.alerts.window(1));
+    QCoreApplication::processEvents();
+    QVERIFY(!f.alerts.window(1));
+    f.alerts.showAllCurrentAlerts();
+    QTRY_VERIFY(f.alerts.window(1)->isActiveWindow());
+    QCOMPARE(f.texts(), (QStringList{kCake, kWalk}));
+  }
+
+  void restoredAlertsComeInOrderWithoutASound() {
+    Fixture f;
+    QSignalSpy opened(&f.alerts, &AlertWindows::opened);
+    QSignalSpy counts(&f.alerts, &AlertWindows::countChanged);
+    AlertState hidden{alertOf(kCake), AlertLevel::MainMenu, true};
+    f.alerts.restore({{alertOf(kTea)}, hidden});
+    QCOMPARE(f.texts(), (QStringList{kTea, kCake}));
+    QCOMPARE(f.settings.synchronizations(), 0); // no sound was chosen
+    QCOMPARE(opened.count(), 2);
+    QCOMPARE(counts.count(), 1);
+    QCOMPARE(f.alerts.states(), (std::vector<AlertState>{{alertOf(kTea)}, hidden}));
+    QVERIFY(f.alerts.entries()[0].shown && !f.alerts.entries()[1].shown);
+    QTRY_VERIFY(f.alerts.window(0)->isVisible());
+  }
+
+  void theButtonsOfARestoredAlertWork() {
+    Fixture f;
+    f.add("a");
+    f.add("b");
+    AlertRequest repeating = alertOf(kTea);
+    repeating.RTFData = "b";
+    repeating.rescheduled = true;
+    AlertRequest once = alertOf(kCake);
+    once.sentSMS = true;
+    f.alerts.restore({{repeating}, {once}});
+    std::vector<RemindAgainRequest> requests;
+    connect(&f.alerts, &AlertWindows::remindAgainRequested, this,
+            [&](const RemindAgainRequest& request) { requests.push_back(request); });
+    QTest::mouseClick(f.button(0, "deleteButton"), Qt::LeftButton);
+    QCOMPARE(f.remover.indexes, std::vector<qsizetype>{1});
+    QTest::mouseClick(f.button(0, "remindAgainButton"), Qt::LeftButton);
+    QCOMPARE(requests.size(), size_t(1));
+    QVERIFY(requests.front().smsState && !requests.front().emailState);
+    QCOMPARE(f.alerts.count(), 0);
+  }
+
+  void aFiringThatWasNotSavedTakesThePlaceOfItsRestoredAlert() {
+    Fixture f;
+    f.alerts.restore({{alertOf(kTea)}, {alertOf(kCake)}});
+    f.alerts.open(alertOf(kTea)); // fired again, since nobody wrote down that it had
+    QCOMPARE(f.texts(), (QStringList{kCake, kTea}));
+    AlertRequest next = alertOf(kCake);
+    next.date = kNow.plusSeconds(86400);
+    f.alerts.open(next); // the next day's
+    QCOMPARE(f.texts(), (QStringList{kCake, kTea, kCake}));
+    f.alerts.open(next); // edited and due once more: both are of this session
+    QCOMPARE(f.alerts.count(), 4);
+  }
+
+  void anAlertWhoseEditorIsOpenIsNotKept() {
+    Fixture f;
+    f.open(kTea);
+    connect(&f.alerts, &AlertWindows::remindAgainRequested, this,
+            [&] { QVERIFY(f.alerts.states().empty()); });
+    QVERIFY(f.alerts.remindAgain(0));
   }
 
   void goingAwayWithOpenAlertsIsSafe() {

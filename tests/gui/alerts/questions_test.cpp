@@ -1,3 +1,4 @@
+#include "alerts/alert_hiding_prompter.h"
 #include "alerts/alert_windows.h"
 #include "platform/message_prompter.h"
 #include "support/fakes.h"
@@ -57,11 +58,13 @@ void whenAsked(QObject* context, const std::function<void(QMessageBox*)>& act) {
 }
 
 struct Alerts {
+  Alerts() { prompter.setAlerts(&windows); }
+
   ReminderQueue queue;
   MemorySettings settings;
   FakeSoundPlayer player;
   AlertSounds sounds{settings, player, {}, AlertSounds::systemRandom()};
-  MessagePrompter prompter;
+  AlertHidingPrompter prompter{std::make_unique<MessagePrompter>()};
   AlertWindows windows{queue, sounds, prompter};
 
   void open(const QString& text) {
@@ -216,6 +219,7 @@ class QuestionsTest : public QObject {
     QCOMPARE(boxes("messageBox").size(), 1);
     const QPointer<QMessageBox> box = boxes("messageBox").front();
     QCOMPARE(box->windowModality(), Qt::NonModal);
+    QVERIFY(box->windowFlags().testFlag(Qt::WindowStaysOnTopHint)); // as alerts are
     QCOMPARE(box->informativeText(), QStringLiteral("<i>kept</i>"));
     QTest::mouseClick(button(box, "questionButton0"), Qt::LeftButton);
     QTRY_VERIFY(box.isNull());
@@ -238,10 +242,9 @@ class QuestionsTest : public QObject {
     reminder.reminderDescriptions = QStringLiteral("Tea");
     reminder.reminderRTFs = "rtf";
     alerts.queue.append(reminder);
-    RemoveReminder remover(alerts.queue, alerts.prompter, alerts.windows,
-                           [&](const QString& uuid) -> Result<void> {
-                             return alerts.queue.remove(*alerts.queue.indexOf(uuid));
-                           });
+    RemoveReminder remover(alerts.queue, alerts.prompter, [&](const QString& uuid) -> Result<void> {
+      return alerts.queue.remove(*alerts.queue.indexOf(uuid));
+    });
     alerts.windows.setReminderRemover(&remover);
     AlertRequest request;
     request.reminder = QStringLiteral("Tea");

@@ -3,12 +3,19 @@
 #include "app/app_controller.h"
 #include "app/menu_operations.h"
 #include "store/archive/text_archive.h"
+#include "store/documents/document_file.h"
+#include "store/plist_reader.h"
+#include "store/store_file.h"
 #include "support/fake_pasteboard.h"
 #include "support/fakes.h"
 #include "support/test_environment.h"
 
+#include <QApplication>
+#include <QDialog>
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace tockwise;
 
@@ -50,11 +57,8 @@ class AppControllerTest : public QObject {
     m_controller->perform({text(action), tag, reminderUUID, text(title)});
   }
   void openAlerts(int count) { QTRY_COMPARE(m_controller->alertsJson().size(), count); }
-
- private Q_SLOTS:
-  void init() {
-    m_environment = std::make_unique<TestEnvironment>();
-    m_clock.set(Calendar::current().dateWithYear(2025, 3, 4, 10, 0, 0));
+  /// prepare: what happens to the store before the controller has it.
+  void startProgram(const std::function<void()>& prepare = {}) {
     auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
     QVERIFY(store.ok());
     auto prompter = std::make_unique<FakePrompter>();
@@ -70,6 +74,8 @@ class AppControllerTest : public QObject {
     auto pasteboard = std::make_unique<FakePasteboard>();
     m_pasteboard = pasteboard.get();
     m_store = store->get();
+    if (prepare)
+      prepare();
     m_controller = std::make_unique<AppController>(
         std::move(*store),
         Ports{std::move(prompter), std::move(sounds), std::make_unique<FakePowerEvents>(),
@@ -77,6 +83,25 @@ class AppControllerTest : public QObject {
               std::make_unique<FakeHotKeys>(), std::make_unique<FakeLoginItems>(),
               std::make_unique<FakeNotificationCentre>(), std::make_unique<FakeSecretStore>()});
     m_controller->start();
+  }
+  void restart(const std::function<void()>& prepare = {}) {
+    m_controller.reset();
+    startProgram(prepare);
+  }
+  Reminder dueReminder(const char* words) {
+    Reminder reminder;
+    reminder.reminderUUID = UUIDString();
+    reminder.reminderDescriptions = text(words);
+    reminder.reminderQueue = m_clock.now().plusSeconds(-60);
+    reminder.reminderTypes = text("regular");
+    return reminder;
+  }
+
+ private Q_SLOTS:
+  void init() {
+    m_environment = std::make_unique<TestEnvironment>();
+    m_clock.set(Calendar::current().dateWithYear(2025, 3, 4, 10, 0, 0));
+    startProgram();
   }
   void cleanup() {
     m_controller.reset();
@@ -189,6 +214,124 @@ class AppControllerTest : public QObject {
     QCOMPARE(m_prompter->asked.size(), size_t(1));
   }
 
+  void everyQuestionHidesTheAlerts_data() {
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<int>("answer");
+    for (const char* action :
+         {"deleteMenuItem", "clearQueue", "closeAllCurrentAlerts", "importCalendarEventsPrefs"}) {
+      QTest::newRow(action) << text(action) << 1;
+      QTest::newRow(qPrintable(text(action) + text(", other answer"))) << text(action) << 0;
+    }
+    QTest::newRow("quit, No") << text("quit") << 0;
+  }
+
+  void everyQuestionHidesTheAlerts() {
+    QFETCH(QString, action);
+    QFETCH(int, answer);
+    const QString uuid = addDue("Tea");
+    openAlerts(1);
+    int asked = 0;
+    m_prompter->meanwhile = [&] {
+      ++asked;
+      QVERIFY(!m_controller->alerts().entries()[0].shown);
+    };
+    m_prompter->answers = {answer};
+    m_controller->perform({action, 0, uuid, {}});
+    QCOMPARE(asked, 1);
+    QVERIFY(m_controller->alerts().entries()[0].shown);
+    QVERIFY(m_controller->alerts().window(0)->isVisible());
+  }
+
+  void theDraftsOfferHidesTheAlerts() {
+    addDue("Tea");
+    openAlerts(1);
+    ReminderDraft draft;
+    draft.identifier = UUIDString();
+    QVERIFY(DraftStore(DraftStore::folderOfUser()).keep(draft));
+    bool hidden = false;
+    m_prompter->meanwhile = [&] { hidden = !m_controller->alerts().entries()[0].shown; };
+    m_prompter->answers = {1};
+    m_controller->editing().offerDrafts();
+    QVERIFY(hidden);
+    QVERIFY(m_controller->alerts().entries()[0].shown);
+  }
+
+  void anEditorsQuestionHidesTheAlerts() {
+    addDue("Tea");
+    openAlerts(1);
+    choose("newReminder");
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto editor = std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
+      return window->isVisible() && window->windowTitle().startsWith(u"New Reminder");
+    });
+    QVERIFY(editor != windows.end());
+    bool hidden = false;
+    m_prompter->meanwhile = [&] { hidden = !m_controller->alerts().entries()[0].shown; };
+    (*editor)->close();
+    QCOMPARE(m_prompter->asked.size(), size_t(1));
+    QVERIFY(hidden);
+    QVERIFY(m_controller->alerts().entries()[0].shown);
+  }
+
+  void yesToQuittingLeavesTheAlertsHiddenAndForgetsThem() {
+    addDue("Tea");
+    openAlerts(1);
+    QTRY_VERIFY(QFileInfo::exists(KeptAlerts::pathOfUser()));
+    m_prompter->answers = {1};
+    QVERIFY(m_controller->mayQuit(QuitMode::Ask));
+    QVERIFY(!m_controller->alerts().entries()[0].shown);
+    m_controller->quitNow();
+    QVERIFY(!QFileInfo::exists(KeptAlerts::pathOfUser()));
+    restart();
+    QVERIFY(m_controller->alertsJson().isEmpty());
+  }
+
+  void alertsOfAnEarlierSessionComeBackBeforeWhatFiresNow() {
+    const QString tea = addDue("Tea");
+    openAlerts(1);
+    m_controller->endWithSession();
+    restart(
+        [this] { m_store->appendReminder(dueReminder("Cake"), ReminderStore::RecentEntry::Omit); });
+    openAlerts(2);
+    const QJsonArray alerts = m_controller->alertsJson();
+    QCOMPARE(alerts[0].toObject()[text("text")].toString(), text("Tea"));
+    QCOMPARE(alerts[0].toObject()[text("uuid")].toString(), tea);
+    QCOMPARE(alerts[1].toObject()[text("text")].toString(), text("Cake"));
+    QCOMPARE(m_sounds->played.size(), size_t(1)); // Cake's
+  }
+
+  void anAlertIsKeptBeforeItsReminderIsSavedAsFired() {
+    addDue("Tea");
+    openAlerts(1);
+    const auto firedOnDisk = [this] {
+      const auto bytes = readWholeFile(m_store->preferences().paths().file);
+      const auto reader = plist::Reader::open(bytes.value());
+      const Value counts = reader->value(*reader->find(reader->root(), u"reminderRecent"));
+      const auto* array = counts.get<Value::Array>();
+      return !array->empty() && array->front() == Value(1);
+    };
+    while (!firedOnDisk()) {
+      if (QFileInfo::exists(KeptAlerts::pathOfUser()))
+        break;
+      QCoreApplication::processEvents();
+    }
+    QVERIFY(QFileInfo::exists(KeptAlerts::pathOfUser()));
+  }
+
+  void aReminderWhoseFiringWasNotSavedAlertsOnce() {
+    addDue("Tea");
+    openAlerts(1);
+    const auto states = m_controller->alerts().states();
+    m_controller->endWithSession();
+    restart([this] {
+      ReminderQueue& queue = m_store->queue(); // as it was before
+      QVERIFY(queue.set<&Columns::reminderRecent>(0, 0));
+    });
+    QTRY_COMPARE(m_sounds->played.size(), size_t(1)); // it fired again
+    QCOMPARE(m_controller->alertsJson().size(), 1);
+    QVERIFY(m_controller->alerts().states() == states);
+  }
+
   void alertCommandsThatCannotBeDone_data() {
     QTest::addColumn<QString>("action");
     QTest::addColumn<int>("position");
@@ -288,6 +431,20 @@ class AppControllerTest : public QObject {
     openAlerts(1); // the alert of a reminder that is gone stays
   }
 
+  void openingADocumentTellsThatTheDataChanged() {
+    addLater("a");
+    const QString path = m_environment->path(text("a.tockwise"));
+    QVERIFY(writeDocument(path, archivedDataDictionary(m_store->queue())).ok());
+    addLater("b");
+    QSignalSpy modified(m_controller.get(), &AppController::dataModified);
+    m_prompter->answers = {1, 0};
+    QVERIFY(m_controller->documents().openFile(path));
+    QCOMPARE(modified.size(), 0);
+    QVERIFY(m_controller->documents().openFile(path));
+    QCOMPARE(modified.size(), 1);
+    QTRY_COMPARE(textsOfQueue(), QStringList{text("a")});
+  }
+
   void aDisplayOptionIsFlippedAndChecked() {
     const auto isChecked = [this] {
       for (const MenuItem& item : m_controller->menuItems()) {
@@ -305,6 +462,26 @@ class AppControllerTest : public QObject {
     QVERIFY(!isChecked());
   }
 
+  void thePreviewHoldsTheTickAndTheMenu() {
+    bool isChecked = false;
+    QTimer::singleShot(0, this, [&] {
+      addDue("Tea");
+      QCoreApplication::processEvents(); // the poke of the change
+      QCOMPARE(m_controller->alertsJson().size(), 0);
+      QVERIFY(!m_wakeTimer->armed);
+      choose("newReminder");
+      QVERIFY(m_controller->editing().reminderWindows().empty());
+      choose("printAllCurrentAlerts");
+      isChecked = true;
+      qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject();
+    });
+    choose("print");
+    QVERIFY(isChecked);
+    QCOMPARE(m_controller->alertsJson().size(), 1); // at once
+    QVERIFY(m_wakeTimer->armed);
+    QCOMPARE(m_controller->printing().printWindows().size(), size_t(1));
+  }
+
   void everyOperationThatTheMenuOffersIsCarriedOut() {
     const QSet<QString> offered = availableMenuOperations();
     QVERIFY(offered.contains(text("sortByName")));
@@ -312,13 +489,14 @@ class AppControllerTest : public QObject {
       QCOMPARE(item.enabled, item.submenu.empty() ? offered.contains(item.action) : true);
   }
 
-  void actionsOfLaterSubsystemsStandInTheMenuDisabled() {
+  void theMenuOffersWhatTheProgramCanDo() {
     const auto items = m_controller->menuItems();
     const auto named = [&](const char* title) {
       return *std::find_if(items.begin(), items.end(),
                            [&](const MenuItem& item) { return item.title == text(title); });
     };
-    QVERIFY(!named("Save Reminders...").enabled);
+    QVERIFY(named("Save Reminders...").enabled);
+    QVERIFY(named("Open Reminders...").enabled);
     QCOMPARE(named("Save Reminders...").action, text("selItemSaveReminders"));
     QVERIFY(named("Quit Tockwise").enabled);
     QVERIFY(named("New Reminder...").enabled);

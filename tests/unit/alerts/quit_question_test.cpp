@@ -1,3 +1,4 @@
+#include "alerts/alert_hiding_prompter.h"
 #include "alerts/quit_question.h"
 #include "support/fake_current_alerts.h"
 #include "support/fakes.h"
@@ -9,14 +10,18 @@ using namespace tockwise;
 namespace {
 
 struct Fixture {
-  FakePrompter prompter;
+  Fixture() { questions.setAlerts(&alerts); }
+
+  FakePrompter* fake = new FakePrompter;
+  FakePrompter& prompter = *fake;
+  AlertHidingPrompter questions{std::unique_ptr<Prompter>(fake)};
   FakeCurrentAlerts alerts;
   qint64 mail = 0;
-  QuitQuestion quitting{prompter, alerts, [this] { return mail; }};
+  QuitQuestion quitting{questions, alerts, [this] { return mail; }};
 };
 
-const QStringList kHidden{QStringLiteral("hide")};
-const QStringList kHiddenAndShown{QStringLiteral("hide"), QStringLiteral("show")};
+const QStringList kHidden{QStringLiteral("hide 1")};
+const QStringList kHiddenAndShown{QStringLiteral("hide 1"), QStringLiteral("show 1")};
 
 } // namespace
 

@@ -1,5 +1,4 @@
 #include "alerts/remove_reminder.h"
-#include "support/fake_current_alerts.h"
 #include "support/fakes.h"
 #include "support/log_lines.h"
 
@@ -17,9 +16,8 @@ constexpr Date kNow{790000000};
 struct Fixture {
   ReminderQueue queue;
   FakePrompter prompter;
-  FakeCurrentAlerts alerts;
   QStringList removed;
-  RemoveReminder remover{queue, prompter, alerts, [this](const QString& uuid) -> Result<void> {
+  RemoveReminder remover{queue, prompter, [this](const QString& uuid) -> Result<void> {
                            const auto index = queue.indexOf(uuid);
                            if (!index)
                              return Error{Error::Kind::NotFound, QStringLiteral("it is gone")};
@@ -68,22 +66,13 @@ class RemoveReminderTest : public QObject {
     QCOMPARE(f.prompter.asked[1].message, QString(50, u'y') + QStringLiteral("..."));
   }
 
-  void alertsAreHiddenBeforeTheQuestionAndShownAfterIt() {
-    Fixture f;
-    f.add(QStringLiteral("Tea"));
-    f.prompter.meanwhile = [&] { QCOMPARE(f.alerts.calls, QStringList{QStringLiteral("hide")}); };
-    f.remover.removeReminder(0);
-    QCOMPARE(f.alerts.calls, (QStringList{QStringLiteral("hide"), QStringLiteral("show")}));
-  }
-
-  void noLeavesEverythingAndShowsTheAlertsAgain() {
+  void noLeavesEverything() {
     Fixture f;
     f.add(QStringLiteral("Tea"));
     const quint64 revision = f.queue.revision();
     f.prompter.answers = {1};
     f.remover.removeReminder(0);
     QCOMPARE(f.queue.revision(), revision);
-    QCOMPARE(f.alerts.calls, (QStringList{QStringLiteral("hide"), QStringLiteral("show")}));
   }
 
   void yesRemovesTheOneAskedFor() {
@@ -120,7 +109,6 @@ class RemoveReminderTest : public QObject {
     QTest::ignoreMessage(QtInfoMsg, "reminderDescriptions: index 0 beyond the end (0 elements)");
     f.remover.removeReminder(0);
     QVERIFY(f.prompter.asked.empty());
-    QVERIFY(f.alerts.calls.isEmpty());
   }
 
   void anotherThreadWaitsForTheMainThread() {

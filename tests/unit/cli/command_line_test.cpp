@@ -1,4 +1,5 @@
 #include "cli/command_line.h"
+#include "cli/run_command.h"
 
 #include <QTest>
 
@@ -15,10 +16,34 @@ class CommandLineTest : public QObject {
  private Q_SLOTS:
   void wrongWordsAreUsageErrors_data() {
     QTest::addColumn<QStringList>("words");
-    for (const char* text :
-         {"", "nonsense", "add", "add a b --in x", "add a --in", "add a --whatever", "add a --json",
-          "add a --text b", "list 1", "show", "show 1 2", "delete", "delete 1 --yes", "quit now",
-          "menu --json=1", "edit", "list -x", "add a b --rich f --in x", "edit --rich f"})
+    for (const char* text : {"",
+                             "nonsense",
+                             "add",
+                             "add a b --in x",
+                             "add a --in",
+                             "add a --whatever",
+                             "add a --json",
+                             "add a --text b",
+                             "list 1",
+                             "show",
+                             "show 1 2",
+                             "delete",
+                             "delete 1 --yes",
+                             "quit now",
+                             "menu --json=1",
+                             "edit",
+                             "list -x",
+                             "add a b --rich f --in x",
+                             "edit --rich f",
+                             "save",
+                             "save a b",
+                             "save a --yes",
+                             "open",
+                             "merge",
+                             "merge a --yes",
+                             "print paper",
+                             "print --pdf",
+                             "print --alerts=1"})
       QTest::newRow(text) << words(text);
   }
   void wrongWordsAreUsageErrors() {
@@ -43,6 +68,24 @@ class CommandLineTest : public QObject {
                           {QStringLiteral("in"), QStringLiteral("1 Minute")},
                           {QStringLiteral("every"), QStringLiteral("day")}}));
   }
+
+  void theOptionsOfPrintAreTheAlertsAndAFile() {
+    const auto parsed = parseCommandLine(words("print --alerts --pdf=a=b.pdf"));
+    QVERIFY(parsed.ok());
+    QCOMPARE(parsed->reminderOptions,
+             (QVariantMap{{QStringLiteral("alerts"), true},
+                          {QStringLiteral("pdf"), QStringLiteral("a=b.pdf")}}));
+  }
+
+  void onlyAPDFFileNeedsFonts_data() {
+    QTest::addColumn<bool>("needs");
+    QTest::newRow("print --pdf out.pdf") << true;
+    QTest::newRow("print --alerts --pdf=out.pdf") << true;
+    QTest::newRow("print --alerts") << false;
+    QTest::newRow("add --pdf") << false;
+    QTest::newRow("list") << false;
+  }
+  void onlyAPDFFileNeedsFonts() { QTEST(needsFonts(words(QTest::currentDataTag())), "needs"); }
 
   void afterTwoDashesEverythingIsAnArgument() {
     const auto parsed = parseCommandLine(words("add --in x -- --json"));

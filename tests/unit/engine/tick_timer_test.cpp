@@ -241,6 +241,116 @@ class TickTimerTest : public QObject {
     QCOMPARE(ticks, 2);
   }
 
+  void heldNothingTicks() {
+    f->add(10);
+    f->timer.start();
+    f->timer.hold(true);
+    QVERIFY(!f->wakeTimer.armed);
+    f->clock.advance(3600);
+    f->timer.poke();
+    f->timer.setEverySecond(true);
+    f->wakeTimer.changeClock();
+    QCoreApplication::processEvents();
+    QCOMPARE(f->ticks, 1);
+    QVERIFY(!f->wakeTimer.armed);
+    QCOMPARE(f->actions.alerts.size(), size_t(0));
+  }
+
+  void theEndOfAHoldTicksAtOnceAndFiresWhatFellDue() {
+    f->add(10);
+    f->add(20);
+    f->timer.start();
+    f->timer.hold(true);
+    f->clock.advance(60);
+    f->timer.hold(false);
+    QCOMPARE(f->ticks, 2);
+    QCOMPARE(f->actions.alerts.size(), size_t(2));
+    QVERIFY(f->wakeTimer.armed);
+    f->timer.hold(false); // again: nothing more to end
+    QCOMPARE(f->ticks, 2);
+  }
+
+  void aPokeFromBeforeAHoldWaitsForItsEnd() {
+    f->timer.start();
+    f->timer.poke();
+    f->timer.hold(true);
+    QCoreApplication::processEvents();
+    QCOMPARE(f->ticks, 1);
+    f->timer.hold(false);
+    QCOMPARE(f->ticks, 2);
+    f->timer.poke();
+    QCoreApplication::processEvents();
+    QCOMPARE(f->ticks, 3);
+  }
+
+  void aHoldBeforeTheStartHoldsTheFirstTick() {
+    f->timer.hold(true);
+    f->timer.start();
+    QCOMPARE(f->ticks, 0);
+    f->timer.hold(false);
+    QCOMPARE(f->ticks, 1);
+  }
+
+  void aHoldThatEndsAsleepLeavesTheTickToTheWaking() {
+    f->timer.start();
+    f->timer.hold(true);
+    f->power.sleep();
+    f->timer.hold(false);
+    QCOMPARE(f->ticks, 1);
+    QVERIFY(!f->wakeTimer.armed);
+    f->power.wake();
+    QCOMPARE(f->ticks, 2);
+    QVERIFY(f->wakeTimer.armed);
+  }
+
+  void wakingWithinAHoldFiresNothingUntilBothHoldsAreOver_data() {
+    QTest::addColumn<bool>("previewClosesFirst");
+    QTest::newRow("the preview closes first") << true;
+    QTest::newRow("the twenty seconds end first") << false;
+  }
+  void wakingWithinAHoldFiresNothingUntilBothHoldsAreOver() {
+    QFETCH(const bool, previewClosesFirst);
+    f->add(10);
+    f->timer.start();
+    f->timer.hold(true);
+    f->power.sleep();
+    f->clock.advance(3600);
+    f->power.wake();
+    QCOMPARE(f->ticks, 1);
+    QVERIFY(!f->wakeTimer.armed);
+    QCOMPARE(f->shots.size(), size_t(1));
+    const auto endTwentySeconds = [&] { f->shots[0].work(); };
+    const auto closePreview = [&] { f->timer.hold(false); };
+    previewClosesFirst ? closePreview() : endTwentySeconds();
+    QCOMPARE(f->actions.alerts.size(), size_t(0));
+    previewClosesFirst ? endTwentySeconds() : closePreview();
+    QCOMPARE(f->actions.alerts.size(), size_t(1));
+    QVERIFY(!f->tick.wait());
+  }
+
+  void aHoldWithinATickLeavesTheAlarmOff() {
+    struct HoldingActions final : FiringActions {
+      TickTimer* timer = nullptr;
+      void doTask(const Task&) override { timer->hold(true); }
+      void sendEmailWithSubject(const QString&, const QString&) override {}
+      bool sendEmailWithSubjectAndHTMLMessage(const QString&, const QByteArray&) override {
+        return true;
+      }
+      void sendSMSWithSubject(const QString&, const QString&) override {}
+      void openAlert(const AlertRequest&) override {}
+    } holding;
+    f->add(0);
+    Firing firing(f->queue, f->settings, f->clock, holding);
+    Tick tick(f->queue, firing, f->clock, {[] {}, [] {}, [] {}, [] {}, [] { return 0ms; }});
+    FakeWakeTimer wakeTimer;
+    TickTimer timer(tick, wakeTimer, f->power, f->clock);
+    holding.timer = &timer;
+    timer.start();
+    QVERIFY(!wakeTimer.armed);
+    timer.hold(false);
+    QVERIFY(wakeTimer.armed);
+  }
+
   void theSystemsSingleShotRunsItsWorkUnlessItsContextIsGone() {
     const auto shot = TickTimer::systemSingleShot();
     int runs = 0;

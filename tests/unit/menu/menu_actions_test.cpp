@@ -20,7 +20,6 @@ class MenuActionsTest : public QObject {
   FakeClock m_clock{Date::fromUnixSeconds(1741079742)};
   std::unique_ptr<ReminderStore> m_store;
   FakePrompter m_prompter;
-  QStringList m_order; // of hiding, asking and showing
   std::unique_ptr<MenuActions> m_actions;
 
   QString add(const QString& words,
@@ -41,12 +40,7 @@ class MenuActionsTest : public QObject {
     QVERIFY(store.ok());
     m_store = std::move(*store);
     m_prompter = {};
-    m_order.clear();
-    m_prompter.meanwhile = [this] { m_order += text("ask"); };
-    m_actions = std::make_unique<MenuActions>(
-        *m_store, m_prompter,
-        MenuActions::AlertWindowsAround{[this] { m_order += text("hide"); },
-                                        [this] { m_order += text("show"); }});
+    m_actions = std::make_unique<MenuActions>(*m_store, m_prompter);
   }
   void cleanup() {
     m_actions.reset();
@@ -132,12 +126,11 @@ class MenuActionsTest : public QObject {
 
   void otherOperationsAreNoToggles() { QVERIFY(!settingOfToggle(text("clearQueue"))); }
 
-  void clearingTheQueueAsksWithTheAlertsHidden() {
+  void clearingTheQueueAsks() {
     add(text("first"));
     add(text("second"));
     m_prompter.answers = {0};
     QVERIFY(m_actions->clearQueue());
-    QCOMPARE(m_order, QStringList({text("hide"), text("ask"), text("show")}));
     const Question& question = m_prompter.asked.front();
     QCOMPARE(question.title, text("Clear Queue?"));
     QCOMPARE(question.message, text("Are you sure you want to clear the queue?"));
@@ -153,7 +146,6 @@ class MenuActionsTest : public QObject {
     m_prompter.answers = {1};
     QVERIFY(!m_actions->clearQueue());
     QCOMPARE(m_store->queue().count(), 1);
-    QCOMPARE(m_order.last(), text("show"));
   }
 
   void whatArrivesWhileTheQuestionIsOpenIsClearedToo() {

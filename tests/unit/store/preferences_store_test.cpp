@@ -1,4 +1,5 @@
 #include "store/preferences_store.h"
+#include "support/file_size_limit.h"
 #include "support/test_environment.h"
 
 #include <QDir>
@@ -6,12 +7,9 @@
 #include <QFileInfo>
 #include <QTest>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <csignal>
 
 using namespace tockwise;
 
@@ -26,22 +24,6 @@ const QString kKey = QStringLiteral("email");
 QStringList filesIn(const QString& folder) {
   return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
-
-// Files that this process writes may not grow beyond that many bytes while the object lives: the
-// nearest thing to a full disk that needs no privileges.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &m_before);
-    const rlimit limit{bytes, m_before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
-
- private:
-  rlimit m_before = {};
-};
 
 } // namespace
 

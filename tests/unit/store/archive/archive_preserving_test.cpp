@@ -1,7 +1,7 @@
 // What of an archived text is not understood, or not changed, is written back as it came.
-#include "archive_builder.h"
 #include "store/archive/archive_values.h"
 #include "store/archive/text_archive.h"
+#include "support/archive_builder.h"
 #include "support/archive_json.h"
 
 #include <QTest>

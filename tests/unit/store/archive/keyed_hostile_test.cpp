@@ -1,17 +1,15 @@
 // Archives that are damaged, or made to hurt: bounded in memory and time, and they lose no more
 // than they must.
-#include "archive_builder.h"
 #include "store/archive/archive_values.h"
 #include "store/archive/keyed_value.h"
 #include "store/archive/run_codec.h"
 #include "store/archive/text_archive.h"
+#include "support/archive_builder.h"
 #include "support/archive_json.h"
+#include "support/memory_guard.h"
 
 #include <QRandomGenerator>
 #include <QTest>
-
-#include <malloc.h>
-#include <sys/resource.h>
 
 #include <limits>
 
@@ -22,32 +20,6 @@ namespace {
 QString text(const char* utf8) {
   return QString::fromUtf8(utf8);
 }
-
-// The sanitizers keep what was freed for a while.
-#ifdef __SANITIZE_ADDRESS__
-constexpr long kMostMegabytes = 2048;
-#else
-constexpr long kMostMegabytes = 256;
-#endif
-
-// Watches that what happens does not take much memory.
-class Guard {
- public:
-  Guard() {
-    malloc_trim(0);
-    m_before = peakMegabytes();
-  }
-  long grownMegabytes() const { return peakMegabytes() - m_before; }
-  bool isBounded() const { return grownMegabytes() < kMostMegabytes; }
-
- private:
-  static long peakMegabytes() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;
-  }
-  long m_before = 0;
-};
 
 // Arrays within arrays.
 QByteArray nested(int depth) {
@@ -86,7 +58,7 @@ class KeyedHostileTest : public QObject {
   }
 
   void sharingThatUnfoldsWithoutEndIsRefused() {
-    const Guard guard;
+    const MemoryGuard guard;
     ArchiveBuilder builder;
     auto inner = builder.array({});
     for (int i = 0; i < 40; ++i)
@@ -97,7 +69,7 @@ class KeyedHostileTest : public QObject {
   }
 
   void sharingThatUnfoldsWithoutEndIsCarriedAsItIs() {
-    const Guard guard;
+    const MemoryGuard guard;
     ArchiveBuilder builder;
     auto inner = builder.array({});
     for (int i = 0; i < 40; ++i)
@@ -123,7 +95,7 @@ class KeyedHostileTest : public QObject {
   }
 
   void runsCannotUnfoldBeyondTheirLimit() {
-    const Guard guard;
+    const MemoryGuard guard;
     constexpr qsizetype kUnits = 600000;
     ArchiveBuilder builder;
     const auto font = builder.record(

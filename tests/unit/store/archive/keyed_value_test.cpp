@@ -1,7 +1,7 @@
 // Plain values as keyed archives.
-#include "archive_builder.h"
 #include "store/archive/keyed_archive.h"
 #include "store/archive/keyed_value.h"
+#include "support/archive_builder.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
 // Archived rich text: what is written, and what a reading gives back.
-#include "archive_builder.h"
 #include "store/archive/archive_values.h"
 #include "store/archive/run_codec.h"
 #include "store/archive/text_archive.h"
+#include "support/archive_builder.h"
 #include "support/archive_json.h"
 
 #include <QTest>

@@ -1,0 +1,54 @@
+// A service on the session bus that gives programs hot keys.
+#pragma once
+
+#include "ports/hot_keys.h"
+
+#include <QObject>
+#include <QString>
+
+#include <array>
+
+namespace tockwise {
+
+using HotKeyStates = std::array<HotKeys::State, 4>; // in the order of kHotKeys
+
+constexpr HotKeyStates allHotKeys(HotKeys::State state) {
+  return {state, state, state, state};
+}
+
+/// What a service is told of one key.
+struct ShortcutName {
+  const char16_t* identifier;
+  const char16_t* description;
+  const char16_t* trigger; // in the words of the shortcuts specification
+  int key;                 // Qt's, with modifiers
+};
+/// In the order of kHotKeys.
+const ShortcutName* shortcutNames();
+/// The number of the key with that identifier, or 0.
+int shortcutNumber(const QString& identifier);
+
+/// Main thread. Nothing waits: answers come as signals.
+class BusShortcuts : public QObject {
+  Q_OBJECT
+ public:
+  using QObject::QObject;
+
+  /// The service as the user may know it.
+  virtual QString name() const = 0;
+  /// The name on the bus.
+  virtual QString service() const = 0;
+  /// Asks for the keys; ends in bound() or failed(), unless release() comes first.
+  virtual void bind() = 0;
+  /// Gives the keys back, or stops asking.
+  virtual void release() = 0;
+
+ Q_SIGNALS:
+  /// The keys are bound, or became others: which work, and which are taken.
+  void bound(const HotKeyStates& states);
+  /// reason: a clause for the user.
+  void failed(const QString& reason);
+  void pressed(int number);
+};
+
+} // namespace tockwise
