@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <QStyle>
+#include <QTextDocument>
 #include <QWindow>
 
 #include <algorithm>
@@ -18,7 +19,7 @@ namespace {
 
 constexpr int kSign = 40;      // pixels
 constexpr int kTitleBar = 32;  // pixels, as long as the frame is not known
-constexpr int kTextWidth = 46; // of a line, in widths of a letter
+constexpr int kTextWidth = 52; // of a line, in widths of a letter
 
 } // namespace
 
@@ -43,23 +44,31 @@ void AlertPanelController::windowDidLoad() {
   m_ui->errorField->setPlainText(m_errorMessage);
   m_ui->errorField->document()->setDocumentMargin(0);
   m_ui->errorField->viewport()->setAutoFillBackground(false);
-  QPalette palette = m_ui->errorField->palette();
-  palette.setColor(QPalette::Text, palette.color(QPalette::WindowText));
-  m_ui->errorField->setPalette(palette);
+  applyLook();
   setAccessibleName(QStringLiteral("Error"));
   setAccessibleDescription(m_errorMessage);
   m_ui->closeButton->setFocus();
 }
 
+/// The text stands on the panel itself, not on the ground of a text field.
+void AlertPanelController::applyLook() {
+  QPalette look = QApplication::palette();
+  look.setColor(QPalette::Text, look.color(QPalette::WindowText));
+  m_ui->errorField->setPalette(look);
+}
+
 void AlertPanelController::fit(const QRect& workArea) {
   ensurePolished();
   QTextEdit& field = *m_ui->errorField;
-  const int width = field.fontMetrics().averageCharWidth() * kTextWidth;
-  field.document()->setTextWidth(width);
-  const int height =
-      std::min(int(std::ceil(field.document()->size().height())), workArea.height() / 2);
-  field.setMinimumSize(std::min(width, workArea.width() / 2),
-                       std::max({height, kSign, field.fontMetrics().lineSpacing()}));
+  const int width =
+      std::min(field.fontMetrics().averageCharWidth() * kTextWidth, workArea.width() / 2);
+  QTextDocument text; // the field's own is laid out for the width that it has so far
+  text.setDefaultFont(field.font());
+  text.setDocumentMargin(0);
+  text.setPlainText(m_errorMessage);
+  text.setTextWidth(width);
+  const int height = std::min(int(std::ceil(text.size().height())), workArea.height() / 2);
+  field.setMinimumSize(width, std::max(height, kSign));
   layout()->activate();
   resize(minimumSizeHint().boundedTo(workArea.size()));
 }
@@ -75,6 +84,12 @@ void AlertPanelController::present(QPoint corner) {
 
 bool AlertPanelController::isGuardingKeys() const {
   return m_guard->isGuarding();
+}
+
+bool AlertPanelController::event(QEvent* event) {
+  if (event->type() == QEvent::ApplicationPaletteChange)
+    applyLook();
+  return QDialog::event(event);
 }
 
 bool AlertPanelController::eventFilter(QObject* watched, QEvent* event) {

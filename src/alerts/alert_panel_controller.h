@@ -38,10 +38,12 @@ class AlertPanelController final : public QDialog {
   void closed();
 
  protected:
+  bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void windowDidLoad();
+  void applyLook();
 
   QString m_errorMessage;
   std::unique_ptr<Ui::AlertPanel> m_ui;

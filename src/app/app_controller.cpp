@@ -108,7 +108,10 @@ void AppController::connectAll() {
   PreferencesStore& preferences = m_store->preferences();
   preferences.onWriteFailure = [this](const Error& error) { tellWriteFailure(error); };
   preferences.onNotice = [this](const StoreNotice& notice) { tellNotice(notice); };
-  preferences.onChangedByOthers = [this] { changed(); };
+  preferences.onChangedByOthers = [this] {
+    m_passwordKeeping.othersChanged();
+    changed();
+  };
 }
 
 void AppController::connectDesktop() {
@@ -315,6 +318,7 @@ PreferenceWindowController& AppController::preferenceWindow() {
 }
 
 void AppController::prefs() {
+  m_passwordKeeping.fetch();
   preferenceWindow().prefs();
 }
 

@@ -109,6 +109,7 @@ void MessagePrompter::tell(const QString& title, const QString& message) {
   std::erase_if(m_messages, [](const auto& gone) { return gone.isNull(); });
   QMessageBox* box = makeBox(nullptr, QStringLiteral("messageBox"), title, message);
   box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setWindowFlag(Qt::WindowStaysOnTopHint); // alerts float, and are not hidden for it
   box->setWindowModality(Qt::NonModal);
   box->setIcon(QMessageBox::Information);
   const auto buttons = addButtons(*box, {QStringLiteral("OK")});

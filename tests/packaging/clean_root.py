@@ -225,13 +225,14 @@ def check_application(system):
 
 def check_desktop(system):
     home = system.root / "home/tester"
-    document = plistlib.dumps({"importedUIDs": [], "reminderQueue": []}, fmt=plistlib.FMT_BINARY)
-    (home / "list.tockwise").write_bytes(document)
-    (home / "list").write_bytes(document) # told by what it holds
+    system.as_user("tockwise", "save", "list.tockwise")
+    shutil.copy(home / "list.tockwise", home / "list") # told by what it holds
     (home / "other").write_bytes(plistlib.dumps({"a": 1}, fmt=plistlib.FMT_BINARY))
+
     def type_of(name):
         told = system.as_user("gio", "info", "-a", "standard::content-type", name)
         return told.split("standard::content-type: ")[-1].strip()
+
     expect(type_of("list.tockwise") == MIME, f"a document is {type_of('list.tockwise')}")
     expect(type_of("list") == MIME, f"a document without suffix is {type_of('list')}")
     expect(type_of("other") != MIME, "any property list is taken for a document")

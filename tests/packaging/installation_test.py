@@ -235,7 +235,9 @@ class Flatpak(unittest.TestCase):
                  if "talk-name" in argument}
         sources = "".join(path.read_text(encoding="utf-8")
                           for path in sorted((SOURCE / "src").rglob("*.cpp")))
-        for name in ("org.kde.StatusNotifierWatcher", "org.freedesktop.login1"):
+        for name in ("org.kde.StatusNotifierWatcher", "org.freedesktop.login1",
+                     "org.freedesktop.Notifications", "org.freedesktop.secrets",
+                     "org.kde.kglobalaccel"):
             self.assertIn(name, sources)
             self.assertIn(name, names)
 

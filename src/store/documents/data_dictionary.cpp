@@ -1,6 +1,7 @@
 #include "store/documents/data_dictionary.h"
 
 #include "base/log.h"
+#include "base/main_thread.h"
 #include "store/archive/keyed_writer.h"
 #include "store/documents/archive_source.h"
 #include "store/element_layout.h"
@@ -109,7 +110,7 @@ class ColumnReader {
     auto& values = ReminderQueue::valuesOf(column);
     using Element = typename std::remove_reference_t<decltype(column)>::value_type;
     const size_t count = std::min(rows, array.size());
-    if (!m_source.charge(qsizetype(count * sizeof(Element))))
+    if (!m_source.charge(qsizetype(count) * qsizetype(sizeof(Element))))
       return;
     values.reserve(count);
     std::vector<size_t> foreign;
@@ -182,19 +183,7 @@ bool isEven(const Columns& columns) {
   return even;
 }
 
-} // namespace
-
-const QStringList& dataDictionaryKeys() {
-  static const QStringList keys = [] {
-    const Columns columns;
-    QStringList list;
-    visitFields([&](auto member, auto) { list.append((columns.*member).key()); });
-    return list;
-  }();
-  return keys;
-}
-
-QByteArray archivedDataDictionary(const ReminderQueue& queue) {
+QByteArray archived(const ReminderQueue& queue) {
   KeyedWriter writer;
   ArchiveSink sink(writer);
   std::vector<KeyedWriter::Uid> keys;
@@ -209,6 +198,82 @@ QByteArray archivedDataDictionary(const ReminderQueue& queue) {
     values.push_back(writer.mutableArray(array));
   });
   return writer.finish(writer.dictionary(keys, values));
+}
+
+void replaceWith(ReminderQueue& queue, DataDictionary dictionary) {
+  if (!isEven(dictionary.columns)) {
+    logLine(QStringLiteral("setDataWithDataDictionary - the arrays differ in length"));
+    return;
+  }
+  auto& fireDates = ReminderQueue::valuesOf(dictionary.columns.reminderQueue);
+  std::vector<Date> kept;
+  kept.reserve(fireDates.size());
+  for (size_t row = 0; row < fireDates.size(); ++row) {
+    if (hasFireDate(dictionary, qsizetype(row)))
+      kept.push_back(fireDates[row]);
+    else
+      logDroppedFireDate();
+  }
+  fireDates = std::move(kept);
+  queue.setColumns(std::move(dictionary.columns));
+  logLine(QStringLiteral("setDataWithDataDictionary - %1 items").arg(queue.count()));
+}
+
+Result<MergeCounts> mergeInto(ReminderQueue& queue, const DataDictionary& dictionary) {
+  logLine(QStringLiteral("RootViewController: mergeDataWithDataDictionary"));
+  const auto rows = rowsToMerge(queue, dictionary);
+  if (!rows)
+    return rows.error();
+  if (!rows->empty()) {
+    std::vector<qsizetype> dated;
+    for (const qsizetype row : *rows) {
+      if (hasFireDate(dictionary, row))
+        dated.push_back(row);
+      else
+        logDroppedFireDate();
+    }
+    queue.syncImportedUIDs();
+    Columns columns = queue.columns();
+    visitFields([&](auto member, auto) {
+      appendRows(dictionary.columns.*member, isFireDates(member) ? dated : *rows, columns.*member);
+    });
+    queue.setColumns(std::move(columns));
+  }
+  const MergeCounts counts{qsizetype(rows->size()),
+                           dictionary.columns.reminderUUID.size() - qsizetype(rows->size())};
+  logLine(QStringLiteral("nbrItemsMerged = %1, nbrItemsExisted = %2")
+              .arg(counts.merged)
+              .arg(counts.existed));
+  return counts;
+}
+
+} // namespace
+
+const QStringList& dataDictionaryKeys() {
+  static const QStringList keys = [] {
+    const Columns columns;
+    QStringList list;
+    visitFields([&](auto member, auto) { list.append((columns.*member).key()); });
+    return list;
+  }();
+  return keys;
+}
+
+QByteArray archivedDataDictionary(const ReminderQueue& queue) {
+  QByteArray archive;
+  runOnMainThread([&] { archive = archived(queue); });
+  return archive;
+}
+
+void setDataWithDataDictionary(ReminderQueue& queue, DataDictionary dictionary) {
+  runOnMainThread([&] { replaceWith(queue, std::move(dictionary)); });
+}
+
+Result<MergeCounts> mergeDataWithDataDictionary(ReminderQueue& queue,
+                                                const DataDictionary& dictionary) {
+  Result<MergeCounts> counts = MergeCounts();
+  runOnMainThread([&] { counts = mergeInto(queue, dictionary); });
+  return counts;
 }
 
 Result<DataDictionary> unarchivedDataDictionary(const QByteArray& archive,
@@ -238,25 +303,6 @@ Result<DataDictionary> unarchivedDataDictionary(const QByteArray& archive,
   return dictionary;
 }
 
-void setDataWithDataDictionary(ReminderQueue& queue, DataDictionary dictionary) {
-  if (!isEven(dictionary.columns)) {
-    logLine(QStringLiteral("setDataWithDataDictionary - the arrays differ in length"));
-    return;
-  }
-  auto& fireDates = ReminderQueue::valuesOf(dictionary.columns.reminderQueue);
-  std::vector<Date> kept;
-  kept.reserve(fireDates.size());
-  for (size_t row = 0; row < fireDates.size(); ++row) {
-    if (hasFireDate(dictionary, qsizetype(row)))
-      kept.push_back(fireDates[row]);
-    else
-      logDroppedFireDate();
-  }
-  fireDates = std::move(kept);
-  queue.setColumns(std::move(dictionary.columns));
-  logLine(QStringLiteral("setDataWithDataDictionary - %1 items").arg(queue.count()));
-}
-
 Result<std::vector<qsizetype>> rowsToMerge(const ReminderQueue& queue,
                                            const DataDictionary& dictionary) {
   const auto& live = queue->reminderUUID.values();
@@ -280,35 +326,6 @@ Result<std::vector<qsizetype>> rowsToMerge(const ReminderQueue& queue,
     rows.push_back(qsizetype(i));
   }
   return rows;
-}
-
-Result<MergeCounts> mergeDataWithDataDictionary(ReminderQueue& queue,
-                                                const DataDictionary& dictionary) {
-  logLine(QStringLiteral("RootViewController: mergeDataWithDataDictionary"));
-  const auto rows = rowsToMerge(queue, dictionary);
-  if (!rows)
-    return rows.error();
-  if (!rows->empty()) {
-    std::vector<qsizetype> dated;
-    for (const qsizetype row : *rows) {
-      if (hasFireDate(dictionary, row))
-        dated.push_back(row);
-      else
-        logDroppedFireDate();
-    }
-    queue.syncImportedUIDs();
-    Columns columns = queue.columns();
-    visitFields([&](auto member, auto) {
-      appendRows(dictionary.columns.*member, isFireDates(member) ? dated : *rows, columns.*member);
-    });
-    queue.setColumns(std::move(columns));
-  }
-  const MergeCounts counts{qsizetype(rows->size()),
-                           dictionary.columns.reminderUUID.size() - qsizetype(rows->size())};
-  logLine(QStringLiteral("nbrItemsMerged = %1, nbrItemsExisted = %2")
-              .arg(counts.merged)
-              .arg(counts.existed));
-  return counts;
 }
 
 } // namespace tockwise

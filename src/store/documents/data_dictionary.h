@@ -2,7 +2,8 @@
 // travels. Reminders documents and synchronisation hold it as a keyed archive; docs/documents.md
 // describes it.
 //
-// A dictionary is checked whole before anything of it reaches the queue, so that a damaged one
+// Export, replacing and merging run on the main thread: called on another one, they wait for it. A
+// dictionary is checked whole before anything of it reaches the queue, so that a damaged one
 // changes nothing.
 #pragma once
 
@@ -56,7 +57,7 @@ enum class DictionaryUse {
   Merge    // as many as reminderUUID has; rowsToMerge() tells whether the others reach
 };
 
-/// The queue as an archived data dictionary. Any one thread that owns the queue.
+/// The queue as an archived data dictionary. Any thread.
 QByteArray archivedDataDictionary(const ReminderQueue& queue);
 
 /// Reads an archive. Damaged when it is no archive, no data dictionary, when an array is missing or
@@ -67,7 +68,7 @@ Result<DataDictionary> unarchivedDataDictionary(const QByteArray& archive,
 
 /// Replaces the queue by the dictionary's rows, and logs their number. Saves nothing. A dictionary
 /// whose arrays differ in length, as one that was read for a merge may, is logged and changes
-/// nothing. Main thread.
+/// nothing. Any thread.
 void setDataWithDataDictionary(ReminderQueue& queue, DataDictionary dictionary);
 
 struct MergeCounts {
@@ -77,13 +78,13 @@ struct MergeCounts {
 };
 
 /// The rows, ascending, whose identifier neither the queue holds nor a row before them. Damaged
-/// when an array does not reach such a row. Any one thread that owns the queue.
+/// when an array does not reach such a row. The thread of the queue.
 Result<std::vector<qsizetype>> rowsToMerge(const ReminderQueue& queue,
                                            const DataDictionary& dictionary);
 
 /// Appends the rows to be merged, and logs how many they are and how many existed. Saves nothing;
 /// with merged above 0 the caller tells that the data changed. Damaged, changing nothing, as above.
-/// Main thread.
+/// Any thread.
 Result<MergeCounts> mergeDataWithDataDictionary(ReminderQueue& queue,
                                                 const DataDictionary& dictionary);
 

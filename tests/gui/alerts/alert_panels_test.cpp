@@ -143,6 +143,19 @@ class AlertPanelsTest : public QObject {
     QVERIFY(field->document()->idealWidth() <= field->viewport()->width() + 1);
   }
 
+  void itFollowsTheDesktopsColours() {
+    AlertPanels panels;
+    panels.initWithError(kFailure);
+    const QPalette before = QApplication::palette();
+    QPalette dark = before;
+    dark.setColor(QPalette::WindowText, QColor(250, 240, 230));
+    dark.setColor(QPalette::Window, QColor(20, 20, 20));
+    QApplication::setPalette(dark);
+    QTRY_COMPARE(errorField(panels.panel(0))->palette().color(QPalette::Text),
+                 QColor(250, 240, 230));
+    QApplication::setPalette(before);
+  }
+
   void itIsReadToThoseWhoDoNotSee() {
     AlertPanels panels;
     panels.initWithError(kFailure);

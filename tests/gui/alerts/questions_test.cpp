@@ -219,6 +219,7 @@ class QuestionsTest : public QObject {
     QCOMPARE(boxes("messageBox").size(), 1);
     const QPointer<QMessageBox> box = boxes("messageBox").front();
     QCOMPARE(box->windowModality(), Qt::NonModal);
+    QVERIFY(box->windowFlags().testFlag(Qt::WindowStaysOnTopHint)); // as alerts are
     QCOMPARE(box->informativeText(), QStringLiteral("<i>kept</i>"));
     QTest::mouseClick(button(box, "questionButton0"), Qt::LeftButton);
     QTRY_VERIFY(box.isNull());

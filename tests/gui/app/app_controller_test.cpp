@@ -4,12 +4,15 @@
 #include "app/menu_operations.h"
 #include "store/archive/text_archive.h"
 #include "store/documents/document_file.h"
+#include "store/plist_reader.h"
+#include "store/store_file.h"
 #include "support/fake_pasteboard.h"
 #include "support/fakes.h"
 #include "support/test_environment.h"
 
 #include <QApplication>
 #include <QDialog>
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -54,11 +57,8 @@ class AppControllerTest : public QObject {
     m_controller->perform({text(action), tag, reminderUUID, text(title)});
   }
   void openAlerts(int count) { QTRY_COMPARE(m_controller->alertsJson().size(), count); }
-
- private Q_SLOTS:
-  void init() {
-    m_environment = std::make_unique<TestEnvironment>();
-    m_clock.set(Calendar::current().dateWithYear(2025, 3, 4, 10, 0, 0));
+  /// prepare: what happens to the store before the controller has it.
+  void startProgram(const std::function<void()>& prepare = {}) {
     auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
     QVERIFY(store.ok());
     auto prompter = std::make_unique<FakePrompter>();
@@ -74,6 +74,8 @@ class AppControllerTest : public QObject {
     auto pasteboard = std::make_unique<FakePasteboard>();
     m_pasteboard = pasteboard.get();
     m_store = store->get();
+    if (prepare)
+      prepare();
     m_controller = std::make_unique<AppController>(
         std::move(*store),
         Ports{std::move(prompter), std::move(sounds), std::make_unique<FakePowerEvents>(),
@@ -81,6 +83,25 @@ class AppControllerTest : public QObject {
               std::make_unique<FakeHotKeys>(), std::make_unique<FakeLoginItems>(),
               std::make_unique<FakeNotificationCentre>(), std::make_unique<FakeSecretStore>()});
     m_controller->start();
+  }
+  void restart(const std::function<void()>& prepare = {}) {
+    m_controller.reset();
+    startProgram(prepare);
+  }
+  Reminder dueReminder(const char* words) {
+    Reminder reminder;
+    reminder.reminderUUID = UUIDString();
+    reminder.reminderDescriptions = text(words);
+    reminder.reminderQueue = m_clock.now().plusSeconds(-60);
+    reminder.reminderTypes = text("regular");
+    return reminder;
+  }
+
+ private Q_SLOTS:
+  void init() {
+    m_environment = std::make_unique<TestEnvironment>();
+    m_clock.set(Calendar::current().dateWithYear(2025, 3, 4, 10, 0, 0));
+    startProgram();
   }
   void cleanup() {
     m_controller.reset();
@@ -191,6 +212,124 @@ class AppControllerTest : public QObject {
     QCOMPARE(m_prompter->asked.back().message, text("You have one alert window open."));
     QVERIFY(m_controller->mayQuit(QuitMode::Omit));
     QCOMPARE(m_prompter->asked.size(), size_t(1));
+  }
+
+  void everyQuestionHidesTheAlerts_data() {
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<int>("answer");
+    for (const char* action :
+         {"deleteMenuItem", "clearQueue", "closeAllCurrentAlerts", "importCalendarEventsPrefs"}) {
+      QTest::newRow(action) << text(action) << 1;
+      QTest::newRow(qPrintable(text(action) + text(", other answer"))) << text(action) << 0;
+    }
+    QTest::newRow("quit, No") << text("quit") << 0;
+  }
+
+  void everyQuestionHidesTheAlerts() {
+    QFETCH(QString, action);
+    QFETCH(int, answer);
+    const QString uuid = addDue("Tea");
+    openAlerts(1);
+    int asked = 0;
+    m_prompter->meanwhile = [&] {
+      ++asked;
+      QVERIFY(!m_controller->alerts().entries()[0].shown);
+    };
+    m_prompter->answers = {answer};
+    m_controller->perform({action, 0, uuid, {}});
+    QCOMPARE(asked, 1);
+    QVERIFY(m_controller->alerts().entries()[0].shown);
+    QVERIFY(m_controller->alerts().window(0)->isVisible());
+  }
+
+  void theDraftsOfferHidesTheAlerts() {
+    addDue("Tea");
+    openAlerts(1);
+    ReminderDraft draft;
+    draft.identifier = UUIDString();
+    QVERIFY(DraftStore(DraftStore::folderOfUser()).keep(draft));
+    bool hidden = false;
+    m_prompter->meanwhile = [&] { hidden = !m_controller->alerts().entries()[0].shown; };
+    m_prompter->answers = {1};
+    m_controller->editing().offerDrafts();
+    QVERIFY(hidden);
+    QVERIFY(m_controller->alerts().entries()[0].shown);
+  }
+
+  void anEditorsQuestionHidesTheAlerts() {
+    addDue("Tea");
+    openAlerts(1);
+    choose("newReminder");
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto editor = std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
+      return window->isVisible() && window->windowTitle().startsWith(u"New Reminder");
+    });
+    QVERIFY(editor != windows.end());
+    bool hidden = false;
+    m_prompter->meanwhile = [&] { hidden = !m_controller->alerts().entries()[0].shown; };
+    (*editor)->close();
+    QCOMPARE(m_prompter->asked.size(), size_t(1));
+    QVERIFY(hidden);
+    QVERIFY(m_controller->alerts().entries()[0].shown);
+  }
+
+  void yesToQuittingLeavesTheAlertsHiddenAndForgetsThem() {
+    addDue("Tea");
+    openAlerts(1);
+    QTRY_VERIFY(QFileInfo::exists(KeptAlerts::pathOfUser()));
+    m_prompter->answers = {1};
+    QVERIFY(m_controller->mayQuit(QuitMode::Ask));
+    QVERIFY(!m_controller->alerts().entries()[0].shown);
+    m_controller->quitNow();
+    QVERIFY(!QFileInfo::exists(KeptAlerts::pathOfUser()));
+    restart();
+    QVERIFY(m_controller->alertsJson().isEmpty());
+  }
+
+  void alertsOfAnEarlierSessionComeBackBeforeWhatFiresNow() {
+    const QString tea = addDue("Tea");
+    openAlerts(1);
+    m_controller->endWithSession();
+    restart(
+        [this] { m_store->appendReminder(dueReminder("Cake"), ReminderStore::RecentEntry::Omit); });
+    openAlerts(2);
+    const QJsonArray alerts = m_controller->alertsJson();
+    QCOMPARE(alerts[0].toObject()[text("text")].toString(), text("Tea"));
+    QCOMPARE(alerts[0].toObject()[text("uuid")].toString(), tea);
+    QCOMPARE(alerts[1].toObject()[text("text")].toString(), text("Cake"));
+    QCOMPARE(m_sounds->played.size(), size_t(1)); // Cake's
+  }
+
+  void anAlertIsKeptBeforeItsReminderIsSavedAsFired() {
+    addDue("Tea");
+    openAlerts(1);
+    const auto firedOnDisk = [this] {
+      const auto bytes = readWholeFile(m_store->preferences().paths().file);
+      const auto reader = plist::Reader::open(bytes.value());
+      const Value counts = reader->value(*reader->find(reader->root(), u"reminderRecent"));
+      const auto* array = counts.get<Value::Array>();
+      return !array->empty() && array->front() == Value(1);
+    };
+    while (!firedOnDisk()) {
+      if (QFileInfo::exists(KeptAlerts::pathOfUser()))
+        break;
+      QCoreApplication::processEvents();
+    }
+    QVERIFY(QFileInfo::exists(KeptAlerts::pathOfUser()));
+  }
+
+  void aReminderWhoseFiringWasNotSavedAlertsOnce() {
+    addDue("Tea");
+    openAlerts(1);
+    const auto states = m_controller->alerts().states();
+    m_controller->endWithSession();
+    restart([this] {
+      ReminderQueue& queue = m_store->queue(); // as it was before
+      QVERIFY(queue.set<&Columns::reminderRecent>(0, 0));
+    });
+    QTRY_COMPARE(m_sounds->played.size(), size_t(1)); // it fired again
+    QCOMPARE(m_controller->alertsJson().size(), 1);
+    QVERIFY(m_controller->alerts().states() == states);
   }
 
   void alertCommandsThatCannotBeDone_data() {
