@@ -167,6 +167,8 @@ void AppController::dataChanged() {
 void AppController::changed() {
   m_announcing = true;
   m_tickTimer.poke();
+  if (m_mailBeat.isOutOfStep())
+    m_mailBeat.beatChanged();
   if (m_preferenceWindow)
     m_preferenceWindow->settingsChanged();
 }
