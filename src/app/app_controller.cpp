@@ -113,7 +113,10 @@ void AppController::connectAll() {
   preferences.beforeWriting = [this] { m_keptAlerts.flush(); };
   preferences.onWriteFailure = [this](const Error& error) { tellWriteFailure(error); };
   preferences.onNotice = [this](const StoreNotice& notice) { tellNotice(notice); };
-  preferences.onChangedByOthers = [this] { changed(); };
+  preferences.onChangedByOthers = [this] {
+    m_passwordKeeping.othersChanged();
+    changed();
+  };
 }
 
 void AppController::connectDesktop() {
@@ -164,6 +167,8 @@ void AppController::dataChanged() {
 void AppController::changed() {
   m_announcing = true;
   m_tickTimer.poke();
+  if (m_mailBeat.isOutOfStep())
+    m_mailBeat.beatChanged();
   if (m_preferenceWindow)
     m_preferenceWindow->settingsChanged();
 }
@@ -314,6 +319,7 @@ PreferenceWindowController& AppController::preferenceWindow() {
 }
 
 void AppController::prefs() {
+  m_passwordKeeping.fetch();
   preferenceWindow().prefs();
 }
 

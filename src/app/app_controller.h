@@ -58,6 +58,7 @@ class AppController final : public QObject, private FiringActions {
   ReminderEditing& editing() { return m_editing; }
   RemindersDocuments& documents() { return m_documents; }
   Printing& printing() { return m_printing; }
+  PasswordKeeping& passwordKeeping() { return m_passwordKeeping; }
   Prompter& prompter() { return *m_ports.prompter; }
   void showMenu();
 

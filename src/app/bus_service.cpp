@@ -17,6 +17,8 @@
 namespace tockwise {
 namespace {
 
+const QString kPassword = QStringLiteral("passwordAD");
+
 QDBusMessage errorReply(const QDBusMessage& message, const Error& error) {
   const bool usage = error.kind == Error::Kind::Usage;
   return message.createErrorReply(usage ? busUsageError() : busFailedError(), error.message);
@@ -144,13 +146,35 @@ void CommandAdaptor::AlertCommand(const QString& action, int position,
       Qt::QueuedConnection);
 }
 
+void CommandAdaptor::answerWhenSettled(const QDBusMessage& message,
+                                       std::function<QDBusMessage()> reply) {
+  message.setDelayedReply(true);
+  m_controller.passwordKeeping().whenSettled(
+      this, [reply = std::move(reply)] { QDBusConnection::sessionBus().send(reply()); });
+}
+
 QString CommandAdaptor::GetPreference(const QString& key, const QDBusMessage& message) {
-  return replyTo(message, m_controller.commands().getPreference(key));
+  if (key != kPassword)
+    return replyTo(message, m_controller.commands().getPreference(key));
+  answerWhenSettled(message, [this, key, message] {
+    const auto text = m_controller.commands().getPreference(key);
+    return text ? message.createReply(*text) : errorReply(message, text.error());
+  });
+  return {};
 }
 
 void CommandAdaptor::SetPreference(const QString& key, const QStringList& values,
                                    const QDBusMessage& message) {
-  replyTo(message, m_controller.commands().setPreference(key, values));
+  const auto done = m_controller.commands().setPreference(key, values);
+  if (key != kPassword || !done) {
+    replyTo(message, done);
+    return;
+  }
+  // Whoever set it may rely on it from the answer on.
+  answerWhenSettled(message, [this, message] {
+    const auto saved = m_controller.commands().saved();
+    return saved ? message.createReply() : errorReply(message, saved.error());
+  });
 }
 
 QVariantMap CommandAdaptor::ListPreferences() {

@@ -7,6 +7,8 @@
 #include <QDBusMessage>
 #include <QVariantMap>
 
+#include <functional>
+
 namespace tockwise {
 
 class AppController;
@@ -49,6 +51,8 @@ class CommandAdaptor final : public QDBusAbstractAdaptor {
 
  private:
   void askToOpen(const QString& path, const QDBusMessage& message);
+  /// Answers message with what reply makes, once nothing is under way with the password.
+  void answerWhenSettled(const QDBusMessage& message, std::function<QDBusMessage()> reply);
 
   AppController& m_controller;
 };

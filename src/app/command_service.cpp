@@ -42,6 +42,10 @@ Result<void> CommandService::finishData() {
 
 Result<void> CommandService::finish() {
   m_onChanged();
+  return saved();
+}
+
+Result<void> CommandService::saved() const {
   if (const auto& failure = m_store.preferences().writeFailure()) {
     return Error{Error::Kind::Storage,
                  QStringLiteral("the change could not be saved: %1").arg(failure->message)};
@@ -147,6 +151,12 @@ Result<QString> CommandService::getPreference(const QString& key) const {
   const SettingRow* row = findSetting(key);
   if (!row)
     return Error{Error::Kind::Usage, QStringLiteral("there is no setting \"%1\"").arg(key)};
+  if (m_store.preferences().isUnread(key)) {
+    return Error{Error::Kind::Unavailable,
+                 QStringLiteral("%1 is kept in the desktop's password store, which is locked or "
+                                "does not answer")
+                     .arg(key)};
+  }
   return formatSetting(row->type, m_store.preferences().value(key));
 }
 
@@ -168,7 +178,7 @@ QList<std::pair<QString, QString>> CommandService::preferences() const {
   for (const SettingRow& row : settingTable()) {
     const QString key = QString::fromUtf16(row.key);
     QString text = formatSetting(row.type, m_store.preferences().value(key));
-    if (key == u"passwordAD" && !text.isEmpty())
+    if (key == u"passwordAD" && (!text.isEmpty() || m_store.preferences().isUnread(key)))
       text = QStringLiteral("(set)");
     list.append({key, text});
   }

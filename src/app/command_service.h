@@ -42,10 +42,13 @@ class CommandService {
   /// Saving, opening and merging documents.
   DocumentCommands& documents() { return m_documents; }
 
-  /// The setting as text: YES or NO, arrays one entry a line. Usage for an unknown key.
+  /// The setting as text: YES or NO, arrays one entry a line. Usage for an unknown key, Unavailable
+  /// for a password that cannot be read now.
   Result<QString> getPreference(const QString& key) const;
   /// Usage for an unknown key or words of the wrong type.
   Result<void> setPreference(const QString& key, const QStringList& words);
+  /// Storage when the last change could not be written.
+  Result<void> saved() const;
   /// Every setting with its text, in the table's order; the password only as set or not.
   QList<std::pair<QString, QString>> preferences() const;
 

@@ -7,6 +7,7 @@
 #include "cli/bus_backend.h"
 #include "cli/command_line.h"
 #include "cli/output.h"
+#include "cli/password_option.h"
 #include "cli/rich_option.h"
 #include "cli/store_backend.h"
 #include "prefs/setting_table.h"
@@ -341,6 +342,10 @@ int runCommand(const QStringList& words) {
   // Here, where the caller's folder is: the application has another.
   if (const auto read = readRichOption(invocation->reminderOptions); !read)
     return failCommand(read.error());
+  if (QStringView(invocation->command->name) == u"prefs") {
+    if (const auto read = readPasswordOption(invocation->arguments); !read)
+      return failCommand(read.error());
+  }
   return printAnswer(*invocation);
 }
 

@@ -3,6 +3,7 @@
 #include "app/command_service.h"
 #include "app/json.h"
 #include "app/menu_source.h"
+#include "app/offline_password.h"
 #include "app/offline_order.h"
 #include "app/old_text_conversion.h"
 #include "print/print_job.h"
@@ -13,6 +14,8 @@
 
 namespace tockwise {
 namespace {
+
+const QString kPassword = QStringLiteral("passwordAD");
 
 using Method = std::function<Result<QVariant>(CommandService&, const QVariantList&)>;
 
@@ -106,7 +109,24 @@ Result<std::unique_ptr<StoreBackend>> StoreBackend::open(const PreferencesStore:
   return std::unique_ptr<StoreBackend>(new StoreBackend(std::move(*store)));
 }
 
+// What concerns the password concerns the desktop's password store as well; nothing else does.
+Result<QVariant> StoreBackend::callForPassword(const QString& method,
+                                               const QVariantList& arguments) {
+  const bool sets = method == u"SetPreference";
+  std::optional<OfflinePassword> password;
+  if (sets || m_store->preferences().isUnread(kPassword))
+    password.emplace(m_store->preferences());
+  const auto answer = methods().at(method)(*m_commands, arguments);
+  if (!answer || !sets)
+    return answer;
+  password->settle();
+  return reply(m_commands->saved());
+}
+
 Result<QVariant> StoreBackend::call(const QString& method, const QVariantList& arguments) {
+  if ((method == u"GetPreference" || method == u"SetPreference") &&
+      arguments.value(0).toString() == kPassword)
+    return callForPassword(method, arguments);
   if (const auto known = methods().find(method); known != methods().end())
     return known->second(*m_commands, arguments);
   if (method == u"Menu")

@@ -22,6 +22,7 @@ class StoreBackend final : public Backend {
   const StoreNotice& loadReport() const { return m_store->loadReport(); }
 
  private:
+  Result<QVariant> callForPassword(const QString& method, const QVariantList& arguments);
   explicit StoreBackend(std::unique_ptr<ReminderStore> store);
   std::unique_ptr<ReminderStore> m_store;
   std::unique_ptr<CommandService> m_commands;

@@ -86,7 +86,7 @@ QStringList AutostartLoginItems::entryNames() const {
 /// The user's entry stands for one of the same name of the system.
 QString AutostartLoginItems::effectivePath(const QString& name) const {
   for (const QString& folder : QStringList(m_places.folder) + m_places.systemFolders) {
-    const QString path = folder + u'/' + name;
+    QString path = folder + u'/' + name;
     if (isThere(path))
       return path;
   }

@@ -13,6 +13,8 @@
 #include <QTextCursor>
 #include <QTextFrame>
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <limits>
 
@@ -240,6 +242,10 @@ void PrintPages::paint(QPainter& painter, int page) const {
   painter.setPen(Qt::black);
   m_document.documentLayout()->draw(&painter, context);
   painter.restore();
+}
+
+void giveMemoryBack() {
+  malloc_trim(0);
 }
 
 } // namespace tockwise

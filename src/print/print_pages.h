@@ -70,4 +70,8 @@ class PrintPages {
   bool m_isCut = false;
 };
 
+/// Gives the system what the heap no longer needs: to be called when pages have gone. Of a large
+/// document that is a hundred megabytes, which would be ours for good.
+void giveMemoryBack();
+
 } // namespace tockwise

@@ -29,6 +29,7 @@ PrintWindowController::PrintWindowController(PrintContents contents, PrintSurrou
   m_window.reset();
   m_ui.reset();
   m_pages.reset();
+  giveMemoryBack();
 }
 
 PrintWindowController::~PrintWindowController() = default;

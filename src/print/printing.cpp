@@ -34,8 +34,8 @@ class SavingPDF final : public QObject {
   SavingPDF(PrintContents contents, const QPageLayout& paper, QString path,
             std::function<void(Result<void>)> done, QObject* parent)
       : QObject(parent),
-        m_pages(std::move(contents), paper),
-        m_making(m_pages),
+        m_pages(std::make_unique<PrintPages>(std::move(contents), paper)),
+        m_making(std::make_unique<PDFMaking>(*m_pages)),
         m_path(std::move(path)),
         m_done(std::move(done)) {
     m_slice.callOnTimeout(this, &SavingPDF::goOn);
@@ -44,16 +44,19 @@ class SavingPDF final : public QObject {
 
  private:
   void goOn() {
-    if (!m_making.advance(kSlice))
+    if (!m_making->advance(kSlice))
       return;
     m_slice.stop();
-    const auto bytes = m_making.takePDF();
+    const auto bytes = m_making->takePDF();
+    m_making.reset();
+    m_pages.reset();
+    giveMemoryBack();
     m_done(bytes ? writeWholeFile(m_path, *bytes) : Result<void>(bytes.error()));
     deleteLater();
   }
 
-  PrintPages m_pages;
-  PDFMaking m_making;
+  std::unique_ptr<PrintPages> m_pages;
+  std::unique_ptr<PDFMaking> m_making;
   QString m_path;
   std::function<void(Result<void>)> m_done;
   QTimer m_slice;

@@ -110,7 +110,7 @@ class ColumnReader {
     auto& values = ReminderQueue::valuesOf(column);
     using Element = typename std::remove_reference_t<decltype(column)>::value_type;
     const size_t count = std::min(rows, array.size());
-    if (!m_source.charge(qsizetype(count * sizeof(Element))))
+    if (!m_source.charge(qsizetype(count) * qsizetype(sizeof(Element))))
       return;
     values.reserve(count);
     std::vector<size_t> foreign;

@@ -101,12 +101,13 @@ class RemindersDocumentsTest : public QObject {
     }
     return nullptr;
   }
-  /// Runs the step once the review window is open, from the event loop.
+  /// Runs the step once the review window has the keyboard, from the event loop.
   void whileReviewing(const std::function<void(TaskReviewWindow*)>& step) {
     auto* timer = new QTimer(m_documents.get());
     timer->setInterval(5);
     connect(timer, &QTimer::timeout, m_documents.get(), [step, timer] {
-      if (TaskReviewWindow* review = reviewWindow()) {
+      TaskReviewWindow* review = reviewWindow();
+      if (review && review->isActiveWindow()) { // else Alt and a letter go nowhere
         timer->stop();
         step(review);
       }
