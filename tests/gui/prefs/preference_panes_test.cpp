@@ -304,7 +304,7 @@ class PreferencePanesTest : public QObject {
     open(Pane::Messages);
     for (const char* name :
          {"setRecipientToMeButton", "sendTestMailButton", "sendTestSMSButton",
-          "importEventsFromCalendarBox", "importCalendarButton", "eventsTable", "useiCloudBox"}) {
+          "importCalendarButton", "eventsTable", "useiCloudBox"}) {
       auto* control = find<QWidget>(name);
       QVERIFY2(!control->isEnabled(), name);
       QVERIFY2(!control->toolTip().isEmpty(), name);
