@@ -116,7 +116,7 @@ Result<QVariant> StoreBackend::callForPassword(const QString& method,
   std::optional<OfflinePassword> password;
   if (sets || m_store->preferences().isUnread(kPassword))
     password.emplace(m_store->preferences());
-  const auto answer = methods().at(method)(*m_commands, arguments);
+  auto answer = methods().at(method)(*m_commands, arguments);
   if (!answer || !sets)
     return answer;
   password->settle();
