@@ -28,7 +28,7 @@ string(STRIP "${description}" CPACK_PACKAGE_DESCRIPTION)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "tzdata")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, \
-hicolor-icon-theme, libcanberra-pulse, libqt6svg6, notification-daemon, qt6-wayland")
+hicolor-icon-theme, libcanberra-pulse, libqt6svg6, libsecret-1-0, notification-daemon, qt6-wayland")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cups, gnome-keyring | kwalletmanager, qt6-image-formats-plugins")
 
 # What only a Debian package has is put in place when everything else is.

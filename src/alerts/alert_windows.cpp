@@ -59,10 +59,12 @@ AlertWindows::~AlertWindows() {
 }
 
 qsizetype AlertWindows::open(const AlertRequest& request, AlertLevel level) {
-  m_sounds.playAlertSound();
   dropRestored(request);
   append({request, level, false});
   makeWaiting();
+  // Choosing the sound has the settings written and read, which may take long: the window is on its
+  // way to the screen by then.
+  QTimer::singleShot(0, this, [this] { m_sounds.playAlertSound(); });
   const qsizetype position = count() - 1;
   Q_EMIT opened(request.reminderUUID);
   Q_EMIT countChanged();

@@ -55,7 +55,8 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
       m_editing(*m_store, DraftStore(DraftStore::folderOfUser()),
                 {m_store->preferences(), *m_ports.prompter, m_store->clock(),
                  openingAddresses(*m_ports.workspace)}),
-      m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter, [this] { save(); }),
+      m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter,
+             [this] { m_store->saveDefaults(); }),
       m_tasks(*m_ports.workspace, *m_ports.scriptHost),
       m_runningScripts(*m_ports.scriptHost, m_store->clock()),
       m_firing(m_store->queue(), m_store->preferences(), m_store->clock(), *this),
@@ -82,7 +83,9 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
   connectDesktop();
 }
 
-AppController::~AppController() = default;
+AppController::~AppController() {
+  m_store->preferences().beforeWriting = nullptr; // the store goes last
+}
 
 TickActions AppController::tickActions() {
   return {[this] { m_sort.sort(); }, [this] { m_store->preferences().synchronize(); },
@@ -106,6 +109,8 @@ void AppController::connectAll() {
   connect(&m_tray, &TrayController::activated, this, &AppController::perform, Qt::QueuedConnection);
   connect(&m_tray, &TrayController::visibilityChanged, &m_tickTimer, &TickTimer::setEverySecond);
   PreferencesStore& preferences = m_store->preferences();
+  // A reminder that is saved as fired does not fire again: its alert has to be kept before.
+  preferences.beforeWriting = [this] { m_keptAlerts.flush(); };
   preferences.onWriteFailure = [this](const Error& error) { tellWriteFailure(error); };
   preferences.onNotice = [this](const StoreNotice& notice) { tellNotice(notice); };
   preferences.onChangedByOthers = [this] {
@@ -162,6 +167,8 @@ void AppController::dataChanged() {
 void AppController::changed() {
   m_announcing = true;
   m_tickTimer.poke();
+  if (m_mailBeat.isOutOfStep())
+    m_mailBeat.beatChanged();
   if (m_preferenceWindow)
     m_preferenceWindow->settingsChanged();
 }
@@ -266,22 +273,16 @@ bool AppController::mayQuit(QuitMode mode) {
 
 void AppController::saveNow() {
   m_saveSoon.stop();
-  save();
-}
-
-// A reminder that is saved as fired does not fire again: its alert has to be kept before.
-void AppController::save() {
-  m_keptAlerts.flush();
   m_store->saveDefaults();
 }
 
 void AppController::quitNow() {
-  saveNow();
   m_keptAlerts.forget();
   endWithSession();
 }
 
 void AppController::endWithSession() {
+  saveNow();
   m_questions.leaveHidden();
   // quit() would close every window first: an open editor would ask whether to undo its changes,
   // though its draft is kept, and could hold the program back, and alerts would be dismissed.

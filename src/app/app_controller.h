@@ -112,7 +112,6 @@ class AppController final : public QObject, private FiringActions {
   void changed();
   void announce();
   void saveNow();
-  void save();
   void tellNotice(const StoreNotice& notice);
   void tellWriteFailure(const Error& error);
   void showState();

@@ -207,6 +207,7 @@ class Contract:
                 ("useAbsolute", ["NO"], "NO"), ("useAbsolute", ["true"], "YES"),
                 ("useAbsolute", ["0"], "NO"), ("clockoption", ["3"], "3"),
                 ("email", ["a@example.org"], "a@example.org"), ("email", [""], ""),
+                ("serverPortAD", ["25"], "25"), ("serverPortAD", [""], ""),
                 ("quickRemindMenuArray", ["1 Minute", "2 Days"], "1 Minute\n2 Days")]:
             self.run_command("prefs", "set", key, *given)
             self.assertEqual(self.run_command("prefs", "get", key), read + "\n")

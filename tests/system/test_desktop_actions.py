@@ -73,6 +73,18 @@ class DesktopActions(Editors, SystemTest):
         self.activate("new-reminder", desktop_startup_id="x_TIME12", activation_token="token")
         self.wait_for_editor("New Reminder")
 
+    def test_the_preferences_open_by_command_and_by_action(self):
+        for ask in (lambda: self.run_command("prefs", "open"),
+                    lambda: self.activate("preferences")):
+            ask()
+            window = self.wait_for(lambda: self.session.desktop.window_titled("Preferences"),
+                                   "the preferences")
+            self.wait_for(lambda: self.session.desktop.active_window() == window.identifier,
+                          "their keyboard")
+            self.session.desktop.press("Escape")
+            self.wait_for(lambda: not self.session.desktop.window_titled("Preferences"),
+                          "their end")
+
     def test_an_unknown_action_shows_the_menu(self):
         self.session.start_application()
         self.activate("no-such-action")

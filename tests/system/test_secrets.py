@@ -4,12 +4,13 @@
 import os
 import plistlib
 import random
+import signal
 import subprocess
 import time
 
 from harness import SystemTest, main
 from keyring import Keyring
-from session import PROGRAM
+from session import HERE, PROGRAM
 
 SECRET = "s3cret-Gr\u00fc\u00dfe"
 NEWER = "n3wer-Gr\u00fc\u00dfe"
@@ -146,6 +147,24 @@ class WithKeyring(SecretTest):
         self.wait_for(lambda: self.session.tockwise("prefs", "get", "passwordAD").stdout
                       == SECRET + "\n", "the password")
 
+    def test_the_preferences_open_beside_a_locked_keyring(self):
+        self.keyring.start()
+        self.set_password(SECRET)
+        self.keyring.lock()
+        self.session.start_application()
+        before = len(self.session.desktop.windows())
+        self.run_command("prefs", "open")
+        self.wait_for(lambda: len(self.session.desktop.windows()) > before, "the window")
+        asked = time.monotonic()  # the keyring, which has nobody to ask, is asked meanwhile
+        self.session.json("list")
+        self.set_password(NEWER)
+        self.assertLess(time.monotonic() - asked, 2.0)
+        self.assert_password(NEWER)
+        self.assertTrue(self.is_in_file(NEWER))
+        self.keyring.unlock()
+        self.wait_for(lambda: not self.is_in_file(NEWER), "the move", 30)
+        self.assert_password(NEWER)
+
     def test_a_locked_keyring_is_not_opened_by_commands(self):
         self.keyring.start()
         self.set_password(SECRET)
@@ -192,7 +211,7 @@ class WithKeyring(SecretTest):
         self.session.start_application()
         (daemon,) = [process for process, name in self.session._processes.items()
                      if name == "keyring"]
-        os.kill(daemon.pid, 19)  # SIGSTOP
+        os.kill(daemon.pid, signal.SIGSTOP)
         try:
             setting = subprocess.Popen([PROGRAM, "prefs", "set", "passwordAD", SECRET],
                                        env=self.session.environment)
@@ -204,7 +223,45 @@ class WithKeyring(SecretTest):
             self.assertEqual(setting.wait(20), 0)
             self.assertTrue(self.is_in_file(SECRET))
         finally:
-            os.kill(daemon.pid, 18)  # SIGCONT
+            os.kill(daemon.pid, signal.SIGCONT)
+
+
+class WithWallet(SecretTest):
+    """KDE's wallet, played by fake_wallet.py."""
+
+    def setUp(self):
+        super().setUp()
+        self.session.environment |= {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true",
+                                     "KDE_SESSION_VERSION": "5"}
+        self.closed = self.session.folder / "wallet-is-closed"
+        self.wallet = self.session.spawn("/usr/bin/python3", HERE / "fake_wallet.py", self.closed,
+                                         log="wallet")
+        self.wait_for(lambda: self.session.bus.owner("org.kde.kwalletd5"), "the wallet")
+
+    def test_the_password_is_kept_in_the_wallet(self):
+        self.set_password(SECRET)
+        self.assert_nowhere(SECRET)
+        self.assert_password(SECRET)
+        self.session.start_application()
+        self.assert_password(SECRET)
+        self.set_password(NEWER)
+        self.session.kill_application()
+        self.assert_password(NEWER)
+        self.assert_nowhere(NEWER)
+        self.set_password("")
+        self.assert_password("")
+
+    def test_a_closed_wallet_is_not_opened_by_starting(self):
+        self.set_password(SECRET)
+        self.closed.touch()
+        opened = self.session.log("wallet").split().count("open")
+        self.session.start_application()
+        self.assertIn(UNREADABLE, self.run_command("prefs", "get", "passwordAD", status=1))
+        self.assertEqual(self.session.log("wallet").split().count("open"), opened)
+        self.closed.unlink()
+        os.kill(self.wallet.pid, signal.SIGUSR1)
+        self.wait_for(lambda: self.session.tockwise("prefs", "get", "passwordAD").stdout
+                      == SECRET + "\n", "the password")
 
 
 class WithoutKeyring(SecretTest):

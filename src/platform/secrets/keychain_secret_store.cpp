@@ -2,8 +2,8 @@
 
 #include "platform/secrets/secret_probe.h"
 
+#include <QLibrary>
 #include <QTimer>
-
 #include <qt6keychain/keychain.h>
 
 #include <algorithm>
@@ -24,6 +24,14 @@ constexpr std::chrono::milliseconds kPatienceWithUser = 120s;
 
 bool isPlasma() {
   return qgetenv("XDG_CURRENT_DESKTOP") == "KDE" || qEnvironmentVariableIsSet("KDE_FULL_SESSION");
+}
+
+// libsecret, which QtKeychain loads, keeps its connection with a service also when that has ended:
+// everything would fail with the next one.
+void forgetService() {
+  if (const auto disconnect =
+          QLibrary::resolve(QStringLiteral("secret-1"), 0, "secret_service_disconnect"))
+    disconnect();
 }
 
 } // namespace
@@ -49,8 +57,13 @@ KeychainSecretStore::KeychainSecretStore(QObject* parent) : SecretStore(parent) 
     m_probes.push_back(new WalletProbe(version > 5 ? version : 5, this));
   }
   m_probes.push_back(new SecretServiceProbe(this));
-  for (SecretProbe* probe : m_probes)
+  for (SecretProbe* probe : m_probes) {
     connect(probe, &SecretProbe::maybeChanged, this, [this] { look({}); });
+    connect(probe, &SecretProbe::ownerChanged, this, [this] {
+      if (m_used)
+        forgetService();
+    });
+  }
 }
 
 KeychainSecretStore::~KeychainSecretStore() = default;
@@ -120,6 +133,7 @@ void KeychainSecretStore::run(QKeychain::Job* job, const QString& key,
       given->give(notFound && m_state == State::Available ? Outcome::NotFound : Outcome::Failed);
     });
   });
+  m_used = true;
   patience->start(m_state == State::Available ? kPatience : kPatienceWithUser);
   job->start();
 }

@@ -13,7 +13,8 @@ namespace tockwise {
 
 class SecretProbe;
 
-/// Main thread, which is never held up: what is slow is asked for, and waited for in the event loop.
+/// Main thread, which is never held up: what is slow is asked for, and waited for in the event
+/// loop.
 class KeychainSecretStore final : public SecretStore {
   Q_OBJECT
  public:
@@ -41,6 +42,7 @@ class KeychainSecretStore final : public SecretStore {
 
   std::vector<SecretProbe*> m_probes; // children, in the order in which QtKeychain asks them
   State m_state = State::Unknown;
+  bool m_used = false; // QtKeychain has something to do with the service
   bool m_looking = false;
   std::optional<Waking> m_again;                // what was asked for while looking
   std::vector<std::function<void()>> m_waiting; // for what looking finds

@@ -42,11 +42,10 @@ void SecretProbe::call(QDBusMessage message, Reply answer) {
   const bool starts = message.member() == u"StartServiceByName";
   auto* watcher = new QDBusPendingCallWatcher(
       QDBusConnection::sessionBus().asyncCall(message, starts ? kStartPatience : kPatience), this);
-  connect(watcher, &QDBusPendingCallWatcher::finished, this,
-          [watcher, answer = std::move(answer)] {
-            watcher->deleteLater();
-            answer(watcher->reply());
-          });
+  connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answer = std::move(answer)] {
+    watcher->deleteLater();
+    answer(watcher->reply());
+  });
 }
 
 QDBusMessage SecretProbe::methodCall(const QString& path, const QString& interface,
@@ -59,7 +58,10 @@ void SecretProbe::watch() {
     return;
   m_watcher = new QDBusServiceWatcher(m_service, QDBusConnection::sessionBus(),
                                       QDBusServiceWatcher::WatchForOwnerChange, this);
-  connect(m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &SecretProbe::maybeChanged);
+  connect(m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, [this] {
+    Q_EMIT ownerChanged();
+    Q_EMIT maybeChanged();
+  });
   listen();
 }
 
@@ -109,7 +111,7 @@ void SecretServiceProbe::lookAtRunning(Found found) {
     locked << kSecretCollection << QStringLiteral("Locked");
     call(locked, [found](const QDBusMessage& property) {
       const QVariant value = firstOf(property).value<QDBusVariant>().variant();
-      found(!value.isValid()  ? State::NotAvailable
+      found(!value.isValid() ? State::NotAvailable
             : value.toBool() ? State::Locked
                              : State::Available);
     });
@@ -143,7 +145,7 @@ void WalletProbe::lookAtRunning(Found found) {
                 isOpen << firstOf(name).toString();
                 call(isOpen, [found](const QDBusMessage& open) {
                   const QVariant value = firstOf(open);
-                  found(!value.isValid()  ? State::NotAvailable
+                  found(!value.isValid() ? State::NotAvailable
                         : value.toBool() ? State::Available
                                          : State::Locked);
                 });

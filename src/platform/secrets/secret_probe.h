@@ -29,6 +29,8 @@ class SecretProbe : public QObject {
  Q_SIGNALS:
   /// It may be worth to look again.
   void maybeChanged();
+  /// The service started, ended, or was replaced by another.
+  void ownerChanged();
 
  protected:
   using Reply = std::function<void(const QDBusMessage&)>;

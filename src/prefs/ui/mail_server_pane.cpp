@@ -8,7 +8,8 @@
 namespace tockwise {
 namespace {
 
-constexpr int kBeat = 10; // seconds: the period is a multiple of it
+constexpr qint64 kBeat = 10;    // seconds: the period is a multiple of it
+constexpr qint64 kSlowest = 60; // seconds: the slowest pace that has a button
 
 /// What an empty field means for a setting that has a value: it is kept.
 QString keepingText(const QString& stored, const QString& example) {
@@ -99,7 +100,7 @@ void MailServerPane::showServer() {
 void MailServerPane::showRate() {
   const qint64 seconds = (settings().integer(QStringLiteral("rateIndex")) + 1) * kBeat;
   QString note;
-  if (seconds > 6 * kBeat)
+  if (seconds > kSlowest)
     note = QStringLiteral("Now one message every %1 seconds.").arg(seconds);
   m_ui->rateNote->setText(note);
   m_ui->rateNote->setVisible(!note.isEmpty());

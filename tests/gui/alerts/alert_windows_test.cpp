@@ -112,7 +112,8 @@ class AlertWindowsTest : public QObject {
   void openingPlaysTheSoundOnce() {
     Fixture f;
     f.open(kTea);
-    QCOMPARE(f.settings.synchronizations(), 1); // the sound is chosen from the settings as stored
+    QTRY_COMPARE(f.settings.synchronizations(),
+                 1); // the sound is chosen from the settings as stored
   }
 
   void severalAlertsDoNotHideOneAnother() {
@@ -368,8 +369,7 @@ class AlertWindowsTest : public QObject {
     QCOMPARE(f.alerts.window(0), window);
     QVERIFY(window->isVisible() && window->emailState());
     QCOMPARE(window->request(), request);
-    QCOMPARE(f.player.played.size(), size_t(0)); // no sound file here, and none asked for again
-    QCOMPARE(f.settings.synchronizations(), 1);
+    QTRY_COMPARE(f.settings.synchronizations(), 1); // one sound was chosen, for its opening
   }
 
   void anAlertThatOpensDuringAQuestionIsSeenAtOnce() {

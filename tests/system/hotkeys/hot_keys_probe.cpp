@@ -1,13 +1,14 @@
-// The hot keys of a Wayland desktop on a line of their own: "on", "off" and "quit" come on stdin;
+// The hot keys of a Wayland desktop on a line of their own: "on" and "off" come on stdin;
 // every change of the states and every pressed key goes to stdout.
 #include "platform/hotkeys/bus_hot_keys.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <cstdio>
-#include <iostream>
-#include <string>
 
 using namespace tockwise;
 
@@ -49,16 +50,16 @@ int main(int argc, char** argv) {
   });
   QSocketNotifier input(0, QSocketNotifier::Read);
   QObject::connect(&input, &QSocketNotifier::activated, [&] {
-    do { // several words may have come at once
-      std::string word;
-      std::getline(std::cin, word);
+    char bytes[64]; // several words may come at once
+    const ssize_t count = ::read(0, bytes, sizeof bytes);
+    for (const QByteArray& word : QByteArray(bytes, std::max<ssize_t>(count, 0)).split('\n')) {
       if (word == "on")
         keys.registerHotKeys();
       else if (word == "off")
         keys.unregisterHotKeys();
-      else
-        QCoreApplication::quit();
-    } while (std::cin.rdbuf()->in_avail() > 0);
+    }
+    if (count <= 0)
+      QCoreApplication::quit();
   });
   printState(keys);
   return QCoreApplication::exec();

@@ -138,6 +138,31 @@ class CommandServiceTest : public QObject {
       QVERIFY(!value.contains(text("secret")));
   }
 
+  void aPasswordThatCannotBeReadNowSaysSo() {
+    QVERIFY(m_commands->setPreference(text("passwordAD"), {text("secret")}));
+    const auto entry = [this] {
+      for (const auto& [key, value] : m_commands->preferences()) {
+        if (key == u"passwordAD")
+          return value;
+      }
+      return QString();
+    };
+    QCOMPARE(entry(), text("(set)"));
+    PreferencesStore& preferences = m_store->preferences();
+    preferences.keepElsewhere(text("passwordAD"));
+    preferences.setValue(text("passwordAD"), Value()); // as after a start
+    QVERIFY(preferences.isUnread(text("passwordAD")));
+    QCOMPARE(entry(), text("(set)"));
+    QCOMPARE(m_commands->getPreference(text("passwordAD")).error().kind, Error::Kind::Unavailable);
+  }
+
+  void thePortCanBeEmptiedAgain() {
+    QVERIFY(m_commands->setPreference(text("serverPortAD"), {text("25")}));
+    QCOMPARE(*m_commands->getPreference(text("serverPortAD")), text("25"));
+    QVERIFY(m_commands->setPreference(text("serverPortAD"), {QString()}));
+    QCOMPARE(*m_commands->getPreference(text("serverPortAD")), QString());
+  }
+
   void removingAndClearing() {
     const QString first = *m_commands->add(text("a"), in("1 Hour"));
     QVERIFY(m_commands->add(text("b"), in("2 Hours")).ok());

@@ -122,6 +122,17 @@ class MailBeatTest : public QObject {
     m_now += 1s;
     QVERIFY(m_beat->mailBeatFlag());
   }
+  void aRateThatWasChangedElsewhereIsOutOfStepUntilItIsTaken() {
+    setRate(2);
+    QVERIFY(!m_beat->isOutOfStep()); // nothing runs yet
+    m_beat->start();
+    QVERIFY(!m_beat->isOutOfStep());
+    setRate(5);
+    QVERIFY(m_beat->isOutOfStep());
+    m_beat->beatChanged();
+    QVERIFY(!m_beat->isOutOfStep());
+  }
+
   void theSameRateGoesOn() {
     m_beat->start();
     m_now += 9s;
