@@ -10,7 +10,7 @@ constexpr std::array kReminderOptions{
     OptionSpec{u"at", true, u"'YYYY-MM-DD HH:MM', local time"},
     OptionSpec{u"in", true, u"'1 Day 2 Hours 30 Minutes' from now"},
     OptionSpec{u"every", true,
-               u"month, week, day, hour, minute, never or MONTHS,DAYS,HOURS,MINUTES",
+               u"how often: month, week, day, hour, minute, never or MONTHS,DAYS,HOURS,MINUTES",
                u"month week day hour minute never"},
     OptionSpec{u"days", true, u"the weekdays on which it may alert: Sun,Mon,..."},
     OptionSpec{u"between", true, u"the time of day in which it may alert: HH:MM-HH:MM"},
