@@ -1,5 +1,6 @@
 // Rich texts in alerts.
 #include "alerts/alert_look.h"
+#include "colors/color_contrast.h"
 #include "alerts/alert_text_view.h"
 #include "alerts/alert_window_controller.h"
 #include "richtext/text_document.h"
