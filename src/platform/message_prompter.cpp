@@ -109,7 +109,7 @@ void MessagePrompter::tell(const QString& title, const QString& message) {
   std::erase_if(m_messages, [](const auto& gone) { return gone.isNull(); });
   QMessageBox* box = makeBox(nullptr, QStringLiteral("messageBox"), title, message);
   box->setAttribute(Qt::WA_DeleteOnClose);
-  box->setWindowModality(Qt::NonModal); // resets the flags of the window
+  box->setWindowModality(Qt::NonModal);         // resets the flags of the window
   box->setWindowFlag(Qt::WindowStaysOnTopHint); // alerts float, and are not hidden for it
   box->setIcon(QMessageBox::Information);
   const auto buttons = addButtons(*box, {QStringLiteral("OK")});

@@ -27,8 +27,7 @@ CalendarPane::CalendarPane(const PreferenceSurroundings& surroundings, QWidget* 
   m_ui->eventsTable->verticalHeader()->hide();
   controls().bindAtOnce(QStringLiteral("importEventsFromCalendar"),
                         m_ui->importEventsFromCalendarBox);
-  disable({m_ui->importEventsFromCalendarBox, m_ui->eventsTable, m_ui->importCalendarButton},
-          m_ui->calendarReason->text());
+  disable({m_ui->eventsTable, m_ui->importCalendarButton}, m_ui->calendarReason->text());
 }
 
 CalendarPane::~CalendarPane() = default;

@@ -112,7 +112,8 @@ class AlertWindowsTest : public QObject {
   void openingPlaysTheSoundOnce() {
     Fixture f;
     f.open(kTea);
-    QTRY_COMPARE(f.settings.synchronizations(), 1); // the sound is chosen from the settings as stored
+    QTRY_COMPARE(f.settings.synchronizations(),
+                 1); // the sound is chosen from the settings as stored
   }
 
   void severalAlertsDoNotHideOneAnother() {

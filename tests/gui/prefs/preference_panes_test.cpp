@@ -302,9 +302,8 @@ class PreferencePanesTest : public QObject {
 
   void whatIsGreySaysWhy() {
     open(Pane::Messages);
-    for (const char* name :
-         {"setRecipientToMeButton", "sendTestMailButton", "sendTestSMSButton",
-          "importEventsFromCalendarBox", "importCalendarButton", "eventsTable", "useiCloudBox"}) {
+    for (const char* name : {"setRecipientToMeButton", "sendTestMailButton", "sendTestSMSButton",
+                             "importCalendarButton", "eventsTable", "useiCloudBox"}) {
       auto* control = find<QWidget>(name);
       QVERIFY2(!control->isEnabled(), name);
       QVERIFY2(!control->toolTip().isEmpty(), name);
