@@ -25,7 +25,7 @@ DesktopFacts goodDesktop() {
   facts.secretStore = SecretStore::State::Available;
   facts.loginItemWanted = true;
   facts.loginItemPresent = true;
-  facts.store = {text("/home/tea/store.plist"), {}, text("Sat 11/21/2026 08:00 AM"), {}};
+  facts.store = {text("/home/tea/store.plist"), {}, text("Sat 11/21/2026 08:00 AM"), {}, false, {}};
   facts.timeZone = text("Europe/Berlin");
   facts.timeZoneKnown = true;
   return facts;
@@ -103,6 +103,11 @@ class DoctorTest final : public QObject {
         "entry too many", [](DesktopFacts& f) { f.loginItemWanted = false; }, "autostart");
     row(
         "read-only", [](DesktopFacts& f) { f.store.problem = text("Read-only."); },
+        "store writable");
+    row(
+        "held", [](DesktopFacts& f) { f.store.held = true; }, "store writable");
+    row(
+        "damage", [](DesktopFacts& f) { f.store.damage = text("It is damaged."); },
         "store writable");
     row(
         "backups", [](DesktopFacts& f) { f.store.backupProblem = text("Read-only."); },
