@@ -82,7 +82,14 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
   connectDesktop();
 }
 
-AppController::~AppController() = default;
+// A password that is written while the parts go may find what others changed: too late to tell.
+AppController::~AppController() {
+  PreferencesStore& preferences = m_store->preferences();
+  preferences.onChangedByOthers = nullptr;
+  preferences.onNotice = nullptr;
+  preferences.onWriteFailure = nullptr;
+  m_passwordKeeping.disconnect(this);
+}
 
 TickActions AppController::tickActions() {
   return {[this] { m_sort.sort(); }, [this] { m_store->preferences().synchronize(); },
