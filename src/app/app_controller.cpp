@@ -83,8 +83,14 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
   connectDesktop();
 }
 
+// A password that is written while the parts go may find what others changed: too late to tell.
 AppController::~AppController() {
-  m_store->preferences().beforeWriting = nullptr; // the store goes last
+  PreferencesStore& preferences = m_store->preferences();
+  preferences.beforeWriting = nullptr;
+  preferences.onChangedByOthers = nullptr;
+  preferences.onNotice = nullptr;
+  preferences.onWriteFailure = nullptr;
+  m_passwordKeeping.disconnect(this);
 }
 
 TickActions AppController::tickActions() {
