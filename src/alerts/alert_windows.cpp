@@ -59,14 +59,14 @@ AlertWindows::~AlertWindows() {
 }
 
 qsizetype AlertWindows::open(const AlertRequest& request, AlertLevel level) {
-  m_sounds.playAlertSound();
   dropRestored(request);
   append({request, level, false});
+  Q_EMIT statesChanged(); // first: choosing the sound synchronizes, which may save the firing
+  m_sounds.playAlertSound();
   makeWaiting();
   const qsizetype position = count() - 1;
   Q_EMIT opened(request.reminderUUID);
   Q_EMIT countChanged();
-  Q_EMIT statesChanged();
   return position;
 }
 

@@ -84,7 +84,9 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
 
 // A password that is written while the parts go may find what others changed: too late to tell.
 AppController::~AppController() {
+  m_keptAlerts.flush();
   PreferencesStore& preferences = m_store->preferences();
+  preferences.beforeWriting = nullptr;
   preferences.onChangedByOthers = nullptr;
   preferences.onNotice = nullptr;
   preferences.onWriteFailure = nullptr;
@@ -113,6 +115,8 @@ void AppController::connectAll() {
   connect(&m_tray, &TrayController::activated, this, &AppController::perform, Qt::QueuedConnection);
   connect(&m_tray, &TrayController::visibilityChanged, &m_tickTimer, &TickTimer::setEverySecond);
   PreferencesStore& preferences = m_store->preferences();
+  // A reminder that is saved as fired does not fire again: its alert has to be kept before.
+  preferences.beforeWriting = [this] { m_keptAlerts.flush(); };
   preferences.onWriteFailure = [this](const Error& error) { tellWriteFailure(error); };
   preferences.onNotice = [this](const StoreNotice& notice) { tellNotice(notice); };
   preferences.onChangedByOthers = [this] {
@@ -282,7 +286,6 @@ void AppController::saveNow() {
   save();
 }
 
-// A reminder that is saved as fired does not fire again: its alert has to be kept before.
 void AppController::save() {
   m_keptAlerts.flush();
   m_store->saveDefaults();

@@ -361,6 +361,8 @@ void PreferencesStore::synchronize() {
   }
   if (isSaved() || d->unreadable)
     return;
+  if (beforeWriting)
+    beforeWriting();
   d->keepCopyBeforeWriting();
   const quint64 revision = d->section ? d->section->revision() : 0;
   const QByteArray bytes = d->encode();

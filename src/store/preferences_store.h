@@ -110,6 +110,8 @@ class PreferencesStore final : public Settings {
   const std::optional<Error>& writeFailure() const;
   /// Called when writing starts to fail (disk full, read-only folder, lost home).
   std::function<void(const Error&)> onWriteFailure;
+  /// Called before anything is written: for what has to be on the disk first. Must not synchronize.
+  std::function<void()> beforeWriting;
   /// Called after another process's changes were adopted.
   std::function<void()> onChangedByOthers;
   /// Called when another process left a file that is damaged or holds foreign values.
