@@ -50,8 +50,14 @@ int main(int argc, char** argv) {
   if (argc <= 1)
     return tockwise::runApplication(argc, argv);
   QStringList words;
-  for (int i = 1; i < argc; ++i)
+  for (int i = 1; i < argc; ++i) {
     words += QFile::decodeName(argv[i]);
+    // Another file, or another text, than the one that was meant.
+    if (QFile::encodeName(words.back()) != argv[i]) {
+      return tockwise::failCommand(
+          {tockwise::Error::Kind::Usage, QStringLiteral("%1 is not in UTF-8").arg(words.back())});
+    }
+  }
   if (tockwise::nameDocuments(words))
     return openDocuments(words, argc, argv);
   return runCommandLine(words, argc, argv);

@@ -61,12 +61,14 @@ AlertWindows::~AlertWindows() {
 qsizetype AlertWindows::open(const AlertRequest& request, AlertLevel level) {
   dropRestored(request);
   append({request, level, false});
-  Q_EMIT statesChanged(); // first: choosing the sound synchronizes, which may save the firing
-  m_sounds.playAlertSound();
   makeWaiting();
+  // Choosing the sound has the settings written and read, which may take long: the window is on its
+  // way to the screen by then.
+  QTimer::singleShot(0, this, [this] { m_sounds.playAlertSound(); });
   const qsizetype position = count() - 1;
   Q_EMIT opened(request.reminderUUID);
   Q_EMIT countChanged();
+  Q_EMIT statesChanged();
   return position;
 }
 

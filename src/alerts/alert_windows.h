@@ -56,9 +56,9 @@ class AlertWindows final : public QObject, public CurrentAlerts {
   /// Who deletes reminders, with the question. Until it is given, deleteReminder only closes.
   void setReminderRemover(ReminderRemover* remover) { m_remover = remover; }
 
-  /// Plays the alert sound and opens an alert window without taking the keyboard, on the screen
-  /// with the pointer. Returns its position in the list. An alert of the same reminder and date
-  /// that was restored goes away: its firing was not saved, and this is it.
+  /// Opens an alert window without taking the keyboard, on the screen with the pointer, and plays
+  /// the alert sound when the event loop runs. Returns its position in the list. An alert of the
+  /// same reminder and date that was restored goes away: its firing was not saved, and this is it.
   qsizetype open(const AlertRequest& request, AlertLevel level = AlertLevel::ModalPanel);
   /// Opens alerts of an earlier session again, in their order, without a sound. Their windows are
   /// made when the event loop runs.

@@ -55,7 +55,8 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
       m_editing(*m_store, DraftStore(DraftStore::folderOfUser()),
                 {m_store->preferences(), *m_ports.prompter, m_store->clock(),
                  openingAddresses(*m_ports.workspace)}),
-      m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter, [this] { save(); }),
+      m_sort(m_store->queue(), m_store->preferences(), *m_ports.prompter,
+             [this] { m_store->saveDefaults(); }),
       m_tasks(*m_ports.workspace, *m_ports.scriptHost),
       m_runningScripts(*m_ports.scriptHost, m_store->clock()),
       m_firing(m_store->queue(), m_store->preferences(), m_store->clock(), *this),
@@ -283,21 +284,16 @@ bool AppController::mayQuit(QuitMode mode) {
 
 void AppController::saveNow() {
   m_saveSoon.stop();
-  save();
-}
-
-void AppController::save() {
-  m_keptAlerts.flush();
   m_store->saveDefaults();
 }
 
 void AppController::quitNow() {
-  saveNow();
   m_keptAlerts.forget();
   endWithSession();
 }
 
 void AppController::endWithSession() {
+  saveNow();
   m_questions.leaveHidden();
   // quit() would close every window first: an open editor would ask whether to undo its changes,
   // though its draft is kept, and could hold the program back, and alerts would be dismissed.

@@ -113,7 +113,6 @@ class AppController final : public QObject, private FiringActions {
   void changedByCommand();
   void announce();
   void saveNow();
-  void save();
   void tellNotice(const StoreNotice& notice);
   void tellWriteFailure(const Error& error);
   void showState();

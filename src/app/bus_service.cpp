@@ -107,9 +107,13 @@ void CommandAdaptor::askToOpen(const QString& path, const QDBusMessage& message)
   QMetaObject::invokeMethod(
       this,
       [this, path, message] {
+        RemindersDocuments& documents = m_controller.documents();
         const Error refused{Error::Kind::Refused,
-                            QStringLiteral("the reminders were not replaced")};
-        const bool opened = m_controller.documents().askOpenFile(path);
+                            documents.isAsking()
+                                ? QStringLiteral("Tockwise is asking about another document: "
+                                                 "answer that question first")
+                                : QStringLiteral("the reminders were not replaced")};
+        const bool opened = !documents.isAsking() && documents.askOpenFile(path);
         QDBusConnection::sessionBus().send(opened ? message.createReply(QVariantMap())
                                                   : errorReply(message, refused));
       },

@@ -1,6 +1,7 @@
 #include "app/desktop_facts.h"
 
 #include "app/old_text_conversion.h"
+#include "app/store_messages.h"
 #include "dates/calendar.h"
 #include "dates/posix_zone.h"
 #include "dates/user_environment.h"
@@ -37,6 +38,11 @@ QString folderProblem(const QString& path) {
   if (disk.isValid() && disk.bytesAvailable() < kEnoughSpace)
     return QStringLiteral("The disk of %1 is full.").arg(folder.filePath());
   return {};
+}
+
+// A remedy follows it.
+QString sentence(const QString& text) {
+  return text.isEmpty() || text.endsWith(u'.') ? text : text + u'.';
 }
 
 ServiceFacts notificationFacts() {
@@ -80,7 +86,7 @@ void addSettings(DesktopFacts& facts, const Settings& settings) {
 StoreFacts storeFacts(const PreferencesStore::Paths& paths, const QString& reason) {
   StoreFacts facts;
   facts.file = paths.file;
-  facts.problem = reason.isEmpty() ? folderProblem(QFileInfo(paths.file).path()) : reason;
+  facts.problem = reason.isEmpty() ? folderProblem(QFileInfo(paths.file).path()) : sentence(reason);
   facts.backupProblem = folderProblem(paths.backups);
   const QStringList copies = StoreBackups(paths.backups).newestFirst();
   if (!copies.isEmpty()) {
@@ -107,10 +113,14 @@ std::vector<DesktopCheck> checksWithoutApplication(const Clock& clock) {
   const PreferencesStore::Paths paths = PreferencesStore::Paths::ofUser();
   const auto store = ReminderStore::open(paths, clock, oldTextConversion());
   facts.store = storeFacts(paths, store ? QString() : store.error().message);
-  if (store)
+  if (store) {
     addSettings(facts, (*store)->preferences());
-  else // what was wanted is not known: nothing is missed
+    // Told here or never: what was put aside looks well to the next one who opens the store.
+    facts.store.damage = damageText((*store)->loadReport()).replace(u'\n', u' ');
+  } else { // what was wanted is not known: nothing is missed
     facts.loginItemWanted = facts.loginItemPresent;
+    facts.store.held = store.error().kind == Error::Kind::Busy;
+  }
   return diagnose(facts);
 }
 

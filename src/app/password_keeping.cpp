@@ -88,8 +88,10 @@ void PasswordKeeping::fetch() {
 // A locked store asks the user when it is read from.
 void PasswordKeeping::askForIt() {
   const bool locked = m_secrets.state() == State::Locked;
-  if (locked && m_work == Work::None && m_preferences.isUnread(kKey))
+  if (locked && m_work == Work::None && m_preferences.isUnread(kKey)) {
+    m_asksUser = true;
     read();
+  }
 }
 
 // What is set while the secret store is open goes there without touching the disk; but a password
@@ -246,6 +248,7 @@ void PasswordKeeping::remove() {
 
 void PasswordKeeping::finish() {
   m_work = Work::None;
+  m_asksUser = false;
   proceed();
   Q_EMIT changed();
   if (isSettled())

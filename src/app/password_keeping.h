@@ -37,9 +37,9 @@ class PasswordKeeping final : public QObject {
   void fetch();
   /// Another process changed the preferences.
   void othersChanged() { proceed(); }
-  /// Whether nothing is under way.
-  bool isSettled() const { return m_work == Work::None && !m_looking; }
-  /// Calls done once nothing is under way, at once if that is so already; not when context is gone.
+  /// Whether nothing is under way that ends by itself; the user may be asked to unlock the store.
+  bool isSettled() const { return (m_work == Work::None || m_asksUser) && !m_looking; }
+  /// Calls done once it is settled, at once if that is so already; not when context is gone.
   void whenSettled(const QObject* context, std::function<void()> done);
   /// Gives the secret store no more time: what it did not take by now is written to the file.
   void keepUnconfirmedHere();
@@ -51,7 +51,7 @@ class PasswordKeeping final : public QObject {
  Q_SIGNALS:
   /// The password was fetched, or where it is kept has changed.
   void changed();
-  /// Nothing is under way any more.
+  /// From now on it is.
   void settled();
 
  private:
@@ -78,14 +78,15 @@ class PasswordKeeping final : public QObject {
   Waking m_waking;
   QTimer m_gone; // runs while the secret store is away
   Work m_work = Work::None;
+  bool m_asksUser = false; // reading waits for the user
   bool m_looking = false;
-  bool m_wanted = false;     // by whoever fetches it, when looking is done
-  bool m_inFile;             // the file holds a password
+  bool m_wanted = false;      // by whoever fetches it, when looking is done
+  bool m_inFile;              // the file holds a password
   bool m_unconfirmed = false; // the one in memory is neither in the file nor surely kept elsewhere
-  bool m_stale = false;      // the secret store may have one that is none any more
-  bool m_refused = false;    // the secret store did not take it; not tried again for now
-  bool m_unreadable = false; // nor gave it
-  bool m_missing = false;    // it has none, though it should
+  bool m_stale = false;       // the secret store may have one that is none any more
+  bool m_refused = false;     // the secret store did not take it; not tried again for now
+  bool m_unreadable = false;  // nor gave it
+  bool m_missing = false;     // it has none, though it should
 };
 
 } // namespace tockwise

@@ -1,7 +1,6 @@
 #include "cli/bus_backend.h"
 
 #include "app/bus_names.h"
-#include "cli/bus_call.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -22,7 +21,7 @@ Result<QVariant> BusBackend::call(const QString& method, const QVariantList& arg
       QDBusMessage::createMethodCall(busName(), busPath(), busInterface(), method);
   message.setArguments(arguments);
   message.setAutoStartService(false);
-  const auto answer = callAndWait(message);
+  const auto answer = callAndWait(message, m_patience);
   if (!answer)
     return answer.error();
   const QDBusMessage& reply = *answer;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/backend.h"
+#include "cli/bus_call.h"
 
 #include <memory>
 
@@ -11,8 +12,13 @@ class BusBackend final : public Backend {
  public:
   /// Nothing when there is no session bus or no application on it. Does not start one.
   static std::unique_ptr<BusBackend> connect();
-  /// Busy when the application went away meanwhile.
+  /// How long each call waits for its answer; for as long as it takes unless this is called.
+  void setPatience(std::chrono::milliseconds patience) { m_patience = patience; }
+  /// Busy when the application went away meanwhile, or did not answer in time.
   Result<QVariant> call(const QString& method, const QVariantList& arguments) override;
+
+ private:
+  std::chrono::milliseconds m_patience = kAnyTime;
 };
 
 } // namespace tockwise

@@ -20,6 +20,8 @@
 #include <QThread>
 
 #include <algorithm>
+#include <cerrno>
+#include <chrono>
 #include <cstdio>
 
 namespace tockwise {
@@ -29,12 +31,24 @@ namespace {
 constexpr qint64 kPatience = 10000;  // ms
 constexpr unsigned long kPause = 10; // ms
 
+// An application that hangs is amiss, too.
+constexpr std::chrono::seconds kPatienceOfDoctor{5};
+
 using Printed = Result<QString>; // what a command prints on stdout
 
-void print(FILE* stream, const QString& text) {
+bool print(FILE* stream, const QString& text) {
   const QByteArray bytes = text.toUtf8();
-  std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
-  std::fflush(stream);
+  const size_t written = std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+  return written == size_t(bytes.size()) && std::fflush(stream) == 0;
+}
+
+// What a command was asked for; half of it on a full disk is a failure.
+int finishWith(const QString& text) {
+  if (text.isEmpty() || print(stdout, text))
+    return kDone;
+  return failCommand(
+      {Error::Kind::Storage,
+       QStringLiteral("the answer cannot be written: %1").arg(qt_error_string(errno))});
 }
 
 void warnOfDamage(const StoreNotice& notice) {
@@ -95,8 +109,20 @@ Printed printReply(Backend& backend, const QString& method, const QVariantList& 
 }
 
 // The application has a folder of its own.
-QString documentPath(const Invocation& words) {
-  return QDir::current().absoluteFilePath(words.arguments.value(0));
+Result<QString> absolutePath(const QString& path) {
+  const QString folder = QDir::currentPath();
+  if (QDir::isRelativePath(path) && !QFileInfo::exists(folder))
+    return Error{Error::Kind::NotFound, QStringLiteral("the current folder is gone")};
+  return QDir(folder).absoluteFilePath(path);
+}
+
+// Calls a method whose first argument is the path of the document that the words name.
+Result<QVariant> callOnDocument(Backend& backend, const QString& method, const Invocation& words,
+                                const QVariantList& more = {}) {
+  const auto path = absolutePath(words.arguments.value(0));
+  if (!path)
+    return path.error();
+  return backend.call(method, QVariantList{*path} + more);
 }
 
 Printed silently(const Printed& printed) {
@@ -179,8 +205,10 @@ Printed runPrint(Backend& backend, const Invocation& words) {
   const QString path = words.reminderOptions.value(QStringLiteral("pdf")).toString();
   if (path.isEmpty())
     return Error{Error::Kind::Usage, QStringLiteral("--pdf takes the name of a file")};
-  return printReply(backend, QStringLiteral("PrintPDF"),
-                    {QFileInfo(path).absoluteFilePath(), alerts});
+  const auto file = absolutePath(path);
+  if (!file)
+    return file.error();
+  return printReply(backend, QStringLiteral("PrintPDF"), {*file, alerts});
 }
 
 // What of a document runs or opens something by itself is told beside what the command prints.
@@ -199,7 +227,7 @@ Printed runOpen(Backend& backend, const Invocation& words) {
                                                     "application lets you choose")};
   }
   const auto reply =
-      backend.call(QStringLiteral("Open"), {documentPath(words), words.yes, words.reminderOptions});
+      callOnDocument(backend, QStringLiteral("Open"), words, {words.yes, words.reminderOptions});
   if (!reply)
     return reply.error();
   warnOfTasks(reply->toMap());
@@ -208,7 +236,7 @@ Printed runOpen(Backend& backend, const Invocation& words) {
 
 Printed runMerge(Backend& backend, const Invocation& words) {
   const auto reply =
-      backend.call(QStringLiteral("Merge"), {documentPath(words), words.reminderOptions});
+      callOnDocument(backend, QStringLiteral("Merge"), words, {words.reminderOptions});
   if (!reply)
     return reply.error();
   const QVariantMap report = reply->toMap();
@@ -242,8 +270,10 @@ Printed carryOut(Backend& backend, const Invocation& words) {
     return runPrint(backend, words);
   if (name == u"clear")
     return runClear(backend, words);
-  if (name == u"save")
-    return printReply(backend, QStringLiteral("Save"), {documentPath(words)});
+  if (name == u"save") {
+    const auto saved = callOnDocument(backend, QStringLiteral("Save"), words);
+    return saved ? Printed(QString()) : Printed(saved.error());
+  }
   if (name == u"open")
     return runOpen(backend, words);
   if (name == u"merge")
@@ -255,13 +285,14 @@ Printed carryOut(Backend& backend, const Invocation& words) {
 int printChecks(const Invocation& words) {
   QJsonArray checks;
   const auto bus = BusBackend::connect();
+  if (bus)
+    bus->setPatience(kPatienceOfDoctor);
   const auto reply = bus ? bus->call(QStringLiteral("Doctor"), {}) : Result<QVariant>(QVariant());
   if (reply && reply->isValid())
     checks = QJsonDocument::fromJson(reply->toString().toUtf8()).array();
   else
     checks = checksToJson(checksWithoutApplication(SystemClock()));
-  print(stdout, words.json ? jsonText(checks) : checksText(checks));
-  return kDone;
+  return finishWith(words.json ? jsonText(checks) : checksText(checks));
 }
 
 // Asks the application, or does it on the store, and prints what comes of it.
@@ -281,8 +312,7 @@ int printAnswer(const Invocation& invocation) {
   } while (waited.elapsed() < kPatience);
   if (!printed)
     return failCommand(printed.error());
-  print(stdout, *printed);
-  return kDone;
+  return finishWith(*printed);
 }
 
 // The desktop action that a command opens a window with, or "".
@@ -316,19 +346,16 @@ int runCommand(const QStringList& words) {
     if (words.size() > 1 && !command)
       return failCommand(
           {Error::Kind::Usage, QStringLiteral("there is no command \"%1\"").arg(words[1])});
-    print(stdout, helpText(command));
-    return kDone;
+    return finishWith(helpText(command));
   }
   if (first == u"--version") {
-    print(stdout, QStringLiteral("Tockwise %1\n").arg(QStringLiteral(TOCKWISE_VERSION)));
-    return kDone;
+    return finishWith(QStringLiteral("Tockwise %1\n").arg(QStringLiteral(TOCKWISE_VERSION)));
   }
   auto invocation = parseCommandLine(words);
   if (!invocation)
     return failCommand(invocation.error());
   if (invocation->help) {
-    print(stdout, helpText(invocation->command));
-    return kDone;
+    return finishWith(helpText(invocation->command));
   }
   // A command tells what happened in one line of its own.
   QLoggingCategory::setFilterRules(

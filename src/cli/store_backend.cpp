@@ -3,8 +3,8 @@
 #include "app/command_service.h"
 #include "app/json.h"
 #include "app/menu_source.h"
-#include "app/offline_password.h"
 #include "app/offline_order.h"
+#include "app/offline_password.h"
 #include "app/old_text_conversion.h"
 #include "print/print_job.h"
 #include "print/printing.h"
@@ -116,7 +116,7 @@ Result<QVariant> StoreBackend::callForPassword(const QString& method,
   std::optional<OfflinePassword> password;
   if (sets || m_store->preferences().isUnread(kPassword))
     password.emplace(m_store->preferences());
-  const auto answer = methods().at(method)(*m_commands, arguments);
+  auto answer = methods().at(method)(*m_commands, arguments);
   if (!answer || !sets)
     return answer;
   password->settle();

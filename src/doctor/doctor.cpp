@@ -142,6 +142,17 @@ DesktopCheck autostart(const DesktopFacts& facts) {
 
 DesktopCheck storeWritable(const DesktopFacts& facts) {
   const char16_t* const name = u"store writable";
+  if (!facts.store.damage.isEmpty()) {
+    return ill(name, facts.store.damage,
+               QStringLiteral("Look through your reminders: some may be missing or empty."));
+  }
+  if (facts.store.held) {
+    return ill(name,
+               QStringLiteral("Another Tockwise has %1 open, and does not answer from here.")
+                   .arg(facts.store.file),
+               QStringLiteral("End that one and start it again: it hangs, or belongs to another "
+                              "session."));
+  }
   if (facts.store.problem.isEmpty())
     return well(name, QStringLiteral("%1 can be written.").arg(facts.store.file));
   return ill(name, facts.store.problem,

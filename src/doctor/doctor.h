@@ -40,6 +40,8 @@ struct StoreFacts {
   QString problem;       // why it can't be read or written, one sentence, or ""
   QString lastBackup;    // date and time of the newest copy, as shown, or "" when there is none
   QString backupProblem; // why no copy can be kept, one sentence, or ""
+  bool held = false;     // by another Tockwise, that does not answer
+  QString damage;        // what was found and done about it when it was read, sentences, or ""
 };
 
 /// What was found out about the desktop.

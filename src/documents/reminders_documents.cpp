@@ -6,6 +6,7 @@
 #include "store/documents/document_file.h"
 #include "store/documents/document_location.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
@@ -45,6 +46,16 @@ Question replaceQuestion(const QString& path) {
   question.defaultButton = KeepFile;
   question.escapeButton = KeepFile;
   return question;
+}
+
+// The window that blocks all others but those that it owns, if there is one.
+QWidget* modalWindow() {
+  QWidget* modal = QApplication::activeModalWidget();
+  for (QWidget* each = modal; each; each = each->parentWidget()) {
+    if (each->windowModality() == Qt::ApplicationModal)
+      return modal;
+  }
+  return nullptr;
 }
 
 } // namespace
@@ -106,9 +117,14 @@ bool RemindersDocuments::askOpenFile(const QString& path) {
     return false;
   }
   const bool replaced = openNow(path);
-  while (!m_waiting.isEmpty())
-    openNow(m_waiting.takeFirst());
+  // Whoever asked for this one is not to wait for the answers to the others.
+  QMetaObject::invokeMethod(this, &RemindersDocuments::openNext, Qt::QueuedConnection);
   return replaced;
+}
+
+void RemindersDocuments::openNext() {
+  if (!m_asking && !m_waiting.isEmpty())
+    askOpenFile(m_waiting.takeFirst());
 }
 
 bool RemindersDocuments::openNow(const QString& path) {
@@ -155,15 +171,17 @@ bool RemindersDocuments::review(const QString& fileName, DataDictionary& diction
   std::vector<DocumentTask> tasks = tasksOf(dictionary);
   if (tasks.empty())
     return true;
-  TaskReviewWindow window(fileName, std::move(tasks));
-  m_review = &window;
+  m_review = new TaskReviewWindow(fileName, std::move(tasks), modalWindow());
+  const QPointer<TaskReviewWindow> window = m_review;
+  const auto deleteIt = qScopeGuard([window] { delete window; });
   QEventLoop loop;
-  connect(&window, &QDialog::finished, &loop, &QEventLoop::quit);
-  window.bringToFront();
+  connect(window, &QDialog::finished, &loop, &QEventLoop::quit);
+  connect(window, &QObject::destroyed, &loop, &QEventLoop::quit);
+  window->bringToFront();
   loop.exec();
-  if (window.result() != QDialog::Accepted)
+  if (!window || window->result() != QDialog::Accepted)
     return false;
-  for (const qsizetype row : window.blankedRows())
+  for (const qsizetype row : window->blankedRows())
     blankTask(dictionary, row);
   return true;
 }

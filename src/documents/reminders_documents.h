@@ -45,6 +45,8 @@ class RemindersDocuments final : public QObject {
   /// loop while the user decides; a request that comes meanwhile waits until then, and its call
   /// returns false at once.
   bool askOpenFile(const QString& path);
+  /// Whether a question of askOpenFile() is open.
+  bool isAsking() const { return m_asking.has_value(); }
   /// What the desktop asks for; always true, whatever the user chooses.
   bool openFile(const QString& path);
 
@@ -56,6 +58,7 @@ class RemindersDocuments final : public QObject {
   void saveTo(const QString& chosen);
   bool mayReplaceFile(const QString& path);
   bool openNow(const QString& path);
+  void openNext();
   std::optional<DataDictionary> confirmedContents(const QString& path);
   Result<DataDictionary> read(const QString& path) const;
   bool review(const QString& fileName, DataDictionary& dictionary);

@@ -24,7 +24,7 @@ TaskReviewWindow::TaskReviewWindow(const QString& fileName, std::vector<Document
       m_model(new TaskReviewModel(std::move(tasks), this)),
       m_ui(std::make_unique<Ui::TaskReviewWindow>()) {
   m_ui->setupUi(this);
-  setWindowModality(Qt::NonModal);
+  setWindowModality(parent ? Qt::WindowModal : Qt::NonModal);
   QFont bold = m_ui->headingLabel->font();
   bold.setBold(true);
   m_ui->headingLabel->setFont(bold);

@@ -16,8 +16,8 @@ namespace tockwise {
 
 class TaskReviewModel;
 
-/// Main thread. accepted() when the document is to be opened, rejected() when it is not. Blocks no
-/// other window.
+/// Main thread. accepted() when the document is to be opened, rejected() when it is not. Blocks its
+/// parent alone.
 class TaskReviewWindow final : public QDialog {
   Q_OBJECT
  public:

@@ -80,8 +80,8 @@ int MessagePrompter::ask(const Question& question) {
   QWidget* owner = ownerOfQuestion();
   const QPointer<QMessageBox> box =
       makeBox(owner, QStringLiteral("questionBox"), question.title, question.message);
+  box->setWindowModality(owner ? Qt::WindowModal : Qt::NonModal); // resets the window's flags
   box->setWindowFlag(Qt::WindowStaysOnTopHint);
-  box->setWindowModality(owner ? Qt::WindowModal : Qt::NonModal);
   box->setIcon(QMessageBox::Question);
   const std::vector<QPushButton*> buttons = addButtons(*box, question.buttons);
   const int escape = question.escapeButton < 0 ? int(buttons.size()) - 1 : question.escapeButton;
@@ -109,8 +109,8 @@ void MessagePrompter::tell(const QString& title, const QString& message) {
   std::erase_if(m_messages, [](const auto& gone) { return gone.isNull(); });
   QMessageBox* box = makeBox(nullptr, QStringLiteral("messageBox"), title, message);
   box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setWindowModality(Qt::NonModal);         // resets the flags of the window
   box->setWindowFlag(Qt::WindowStaysOnTopHint); // alerts float, and are not hidden for it
-  box->setWindowModality(Qt::NonModal);
   box->setIcon(QMessageBox::Information);
   const auto buttons = addButtons(*box, {QStringLiteral("OK")});
   box->setDefaultButton(buttons.front());

@@ -108,10 +108,10 @@ class PreferencesStore final : public Settings {
   bool isSaved() const;
   /// Why the last write failed; nothing when it did not.
   const std::optional<Error>& writeFailure() const;
+  /// Called before the file is written, for what has to be on the disk before it.
+  std::function<void()> beforeWriting;
   /// Called when writing starts to fail (disk full, read-only folder, lost home).
   std::function<void(const Error&)> onWriteFailure;
-  /// Called before anything is written: for what has to be on the disk first. Must not synchronize.
-  std::function<void()> beforeWriting;
   /// Called after another process's changes were adopted.
   std::function<void()> onChangedByOthers;
   /// Called when another process left a file that is damaged or holds foreign values.

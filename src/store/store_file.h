@@ -29,9 +29,9 @@ Result<QByteArray> readWholeFile(const QString& path);
 /// fsync, rename, fsync of the folder; mode 0600. A failure leaves the old file whole.
 Result<void> writeAtomically(const QString& path, const QByteArray& bytes);
 
-/// Renames a file that cannot be used, so that it is kept and out of the way: suffix (".damaged") is
-/// added to its name, and a number where that is taken. Its new name, or nothing when it could not
-/// be moved.
+/// Renames a file that cannot be used, so that it is kept and out of the way: suffix (".damaged")
+/// is added to its name, and a number where that is taken. Its new name, or nothing when it could
+/// not be moved.
 std::optional<QString> putAside(const QString& path, const QString& suffix);
 
 /// Makes the folder, and what is above it, with mode 0700. A folder that is there is given that

@@ -11,14 +11,19 @@
 
 namespace tockwise {
 
+/// May be called again.
 inline void enableLogLines() {
   static QLoggingCategory::CategoryFilter before = nullptr;
-  before = QLoggingCategory::installFilter([](QLoggingCategory* category) {
-    if (before)
-      before(category);
+  const auto letThrough = [](QLoggingCategory* category) {
+    before(category);
     if (std::strcmp(category->categoryName(), "tockwise") == 0)
       category->setEnabled(QtInfoMsg, true);
-  });
+  };
+  if (before) // a filter that is put around itself would call itself without end
+    return;
+  before =
+      QLoggingCategory::installFilter(nullptr); // whatever was there, and known before ours runs
+  QLoggingCategory::installFilter(letThrough);
 }
 
 /// The program's log lines for as long as it lives. One at a time.

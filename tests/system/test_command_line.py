@@ -41,6 +41,33 @@ class WithoutApplication(Contract, RichContract, SystemTest):
         self.assertEqual(before, after)
 
 
+    def shell(self, line):
+        return subprocess.run(["sh", "-c", line, PROGRAM], env=self.session.environment,
+                              stdin=subprocess.DEVNULL, capture_output=True, check=False,
+                              timeout=30, cwd=self.session.home)
+
+    def test_an_answer_that_cannot_be_written_is_a_failure(self):
+        self.add("Tea", "--in", "1 Hour")
+        for words in ("list", "list --json", "doctor --json", "--help", "--version", "help add"):
+            for output in ("/dev/full", "&-"):
+                done = self.shell(f'"$0" {words} >{output}')
+                self.assertEqual(done.returncode, 1, (words, output))
+                self.assertIn(b"cannot be written", done.stderr)
+        self.assertEqual(self.shell('"$0" save mine >&-').returncode, 0)  # it has no answer
+
+    def test_a_relative_path_in_a_folder_that_is_gone_is_refused(self):
+        for words in ("save mine", "merge mine", "open --yes mine", "print --pdf mine"):
+            done = self.shell(f'mkdir gone; cd gone; rmdir ../gone; "$0" {words}')
+            self.assertEqual(done.returncode, 1, words)
+            self.assertIn(b"current folder is gone", done.stderr)
+
+    def test_words_that_are_not_utf_8_are_refused(self):
+        for words in ("save", "add --in '1 Hour'"):
+            done = self.shell(f'"$0" {words} "$(printf "a\\377")"')
+            self.assertEqual(done.returncode, 2, words)
+            self.assertIn(b"not in UTF-8", done.stderr)
+        self.assertEqual(self.reminders(), [])
+
     def test_a_bus_that_ends_before_the_answer_leaves_the_store_to_the_command(self):
         self.add("Tea", "--in", "1 Hour")
         calls = self.session.bus.never_answer(NAME, PATH, INTERFACE, "List")

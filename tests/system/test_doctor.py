@@ -2,6 +2,7 @@
 """What `tockwise doctor` tells of a desktop, with and without the application."""
 
 import json
+import signal
 
 from harness import SystemTest, main
 
@@ -66,6 +67,20 @@ class DoctorWithoutDesktop(Checks, SystemTest):
         folder.write_text("a file in the way")
         self.assertIn("store writable", self.failing())
 
+    def test_a_damaged_store_is_told_by_whoever_finds_it(self):
+        self.add("Tea", "--in", "1 Hour")
+        self.session.store.write_bytes(b"garbage")
+        check = self.checks()["store writable"]
+        self.assertFalse(check["ok"])
+        self.assertIn("damaged", check["detail"])
+        self.assertNotIn("\n", check["detail"])
+        self.assertTrue(self.checks()["store writable"]["ok"])  # it was put aside
+
+    def test_a_detail_ends_before_its_remedy_begins(self):
+        self.session.store.parent.mkdir(parents=True)
+        self.session.store.mkdir()
+        self.assertRegex(self.run_command("doctor"), r"missing store writable: .*\. [A-Z]")
+
     def test_a_zone_that_is_none_is_told(self):
         environment = dict(self.session.environment, TZ="Middle/Earth")
         self.assertIn("Middle/Earth", self.checks(environment=environment)["time zone"]["detail"])
@@ -83,6 +98,15 @@ class DoctorWithApplication(Checks, SystemTest):
             return not self.failing() & {"tray host", "session bus", "sound", "store writable"}
         self.wait_for(all_found, "the tray to be found")
         self.assertIn("StatusNotifierItem", self.checks()["tray host"]["detail"])
+
+    def test_an_application_that_hangs_is_told(self):
+        self.session.application.send_signal(signal.SIGSTOP)
+        try:
+            check = self.checks()["store writable"]
+        finally:
+            self.session.application.send_signal(signal.SIGCONT)
+        self.assertFalse(check["ok"])
+        self.assertIn("does not answer", check["detail"])
 
     def test_the_hot_keys_are_told_as_the_application_has_them(self):
         self.assertIn("switched off", self.checks()["hot keys"]["detail"])

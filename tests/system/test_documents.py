@@ -85,6 +85,16 @@ class DocumentsWithApplication(DocumentContract, SystemTest):
         self.assertIn("not replaced", errors)
         self.assertEqual(self.texts(), ["Tea"])
 
+    def test_a_second_document_is_refused_while_the_question_is_open(self):
+        self.add("Tea", "--at", "2031-03-04 09:05")
+        path = self.write_document(reminder("Milk"))
+        asking = self.ask_to_open(path)
+        self.wait_for(self.question, "the question")
+        self.assertIn("another document", self.run_command("open", path, status=1))
+        self.answer("Escape")
+        asking.communicate(timeout=20)
+        self.assertIsNone(self.question())  # the second one was not kept for later
+
     def test_what_cannot_be_opened_is_not_asked_about(self):
         path = self.write("damaged.tockwise", b"Dear diary")
         self.assertIn(path, self.run_command("open", path, status=1))

@@ -147,6 +147,24 @@ class WithKeyring(SecretTest):
         self.wait_for(lambda: self.session.tockwise("prefs", "get", "passwordAD").stdout
                       == SECRET + "\n", "the password")
 
+    def test_the_preferences_open_beside_a_locked_keyring(self):
+        self.keyring.start()
+        self.set_password(SECRET)
+        self.keyring.lock()
+        self.session.start_application()
+        before = len(self.session.desktop.windows())
+        self.run_command("prefs", "open")
+        self.wait_for(lambda: len(self.session.desktop.windows()) > before, "the window")
+        asked = time.monotonic()  # the keyring, which has nobody to ask, is asked meanwhile
+        self.session.json("list")
+        self.set_password(NEWER)
+        self.assertLess(time.monotonic() - asked, 2.0)
+        self.assert_password(NEWER)
+        self.assertTrue(self.is_in_file(NEWER))
+        self.keyring.unlock()
+        self.wait_for(lambda: not self.is_in_file(NEWER), "the move", 30)
+        self.assert_password(NEWER)
+
     def test_a_locked_keyring_is_not_opened_by_commands(self):
         self.keyring.start()
         self.set_password(SECRET)

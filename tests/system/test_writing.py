@@ -194,7 +194,7 @@ class WritingFromPanel(Editors, SystemTest):
         self.open_editor()
         self.session.desktop.type("half a thought")
         drafts = self.session.home / ".local/state/tockwise/drafts"
-        self.wait_for(lambda: drafts.is_dir() and any(drafts.iterdir()), "the draft")
+        self.wait_for(lambda: drafts.is_dir() and any(drafts.glob("*.plist")), "the draft")
         self.session.kill_application()
         self.session.start_application()
         self.answer_question()

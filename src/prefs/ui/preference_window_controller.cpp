@@ -58,6 +58,7 @@ void PreferenceWindowController::windowDidLoad() {
           &QStackedWidget::setCurrentIndex);
   connect(m_ui->applyButton, &QPushButton::clicked, this, &PreferenceWindowController::applyPrefs);
   connect(m_ui->okButton, &QPushButton::clicked, this, &PreferenceWindowController::savePrefs);
+  m_surroundings.mailBeat.start();
   fill();
   showPane(Pane::General);
 }

@@ -1,5 +1,4 @@
 #include "app/password_keeping.h"
-
 #include "store/kept_elsewhere.h"
 #include "store/root_dictionary.h"
 #include "store/store_backups.h"
@@ -303,7 +302,7 @@ class PasswordKeepingTest : public QObject {
     m_secrets->become(State::NotAvailable);
     QCoreApplication::processEvents();
     QCOMPARE(inFile(), std::nullopt); // there is nothing to write there
-    set("again"); // entered once more
+    set("again");                     // entered once more
     QCOMPARE(inFile(), std::optional(text("again")));
   }
 
@@ -327,6 +326,25 @@ class PasswordKeepingTest : public QObject {
     m_secrets->now = State::Available; // the user is asked, and unlocks it
     m_secrets->answerAll();
     QCOMPARE(password(), text("s3cret"));
+  }
+  void whileTheUserIsAskedEverythingGoesOn() {
+    leaveElsewhere("old");
+    m_secrets->now = State::Locked;
+    start();
+    m_secrets->delays = true;
+    m_keeping->fetch();
+    QVERIFY(m_keeping->isSettled()); // nobody waits for somebody who may be away
+    set("new");
+    QCOMPARE(inFile(), std::optional(text("new")));
+    int calls = 0;
+    m_keeping->whenSettled(this, [&] { ++calls; });
+    QCOMPARE(calls, 1);
+    m_secrets->now = State::Available; // at last
+    while (!m_secrets->waiting.empty())
+      m_secrets->answerAll();
+    QCOMPARE(password(), text("new"));
+    QCOMPARE(inService(), text("new"));
+    QCOMPARE(inFile(), std::nullopt);
   }
   void whoDoesNotUnlockIsNotAskedOverAndOver() {
     leaveElsewhere("s3cret");

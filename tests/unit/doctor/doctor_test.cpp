@@ -25,7 +25,7 @@ DesktopFacts goodDesktop() {
   facts.secretStore = SecretStore::State::Available;
   facts.loginItemWanted = true;
   facts.loginItemPresent = true;
-  facts.store = {text("/home/tea/store.plist"), {}, text("Sat 11/21/2026 08:00 AM"), {}};
+  facts.store = {text("/home/tea/store.plist"), {}, text("Sat 11/21/2026 08:00 AM"), {}, false, {}};
   facts.timeZone = text("Europe/Berlin");
   facts.timeZoneKnown = true;
   return facts;
@@ -76,25 +76,44 @@ class DoctorTest final : public QObject {
     const auto row = [](const char* title, Change change, const char* name) {
       QTest::newRow(title) << change << text(name);
     };
-    row("tray", [](DesktopFacts& f) { f.trayKind.clear(); }, "tray host");
-    row("bus", [](DesktopFacts& f) { f.sessionBus = false; }, "session bus");
-    row("notifications", [](DesktopFacts& f) { f.notifications = {}; }, "notification service");
-    row("sound", [](DesktopFacts& f) { f.soundProblem = text("No card."); }, "sound");
-    row("taken", [](DesktopFacts& f) { f.hotKeys.states[1] = HotKeys::State::Taken; }, "hot keys");
-    row("no keys", [](DesktopFacts& f) { f.hotKeys.available = false; }, "hot keys");
-    row("pending", [](DesktopFacts& f) { f.hotKeys.states.fill(HotKeys::State::Pending); },
+    row(
+        "tray", [](DesktopFacts& f) { f.trayKind.clear(); }, "tray host");
+    row(
+        "bus", [](DesktopFacts& f) { f.sessionBus = false; }, "session bus");
+    row(
+        "notifications", [](DesktopFacts& f) { f.notifications = {}; }, "notification service");
+    row(
+        "sound", [](DesktopFacts& f) { f.soundProblem = text("No card."); }, "sound");
+    row(
+        "taken", [](DesktopFacts& f) { f.hotKeys.states[1] = HotKeys::State::Taken; }, "hot keys");
+    row(
+        "no keys", [](DesktopFacts& f) { f.hotKeys.available = false; }, "hot keys");
+    row(
+        "pending", [](DesktopFacts& f) { f.hotKeys.states.fill(HotKeys::State::Pending); },
         "hot keys");
-    row("locked", [](DesktopFacts& f) { f.secretStore = SecretStore::State::Locked; },
+    row(
+        "locked", [](DesktopFacts& f) { f.secretStore = SecretStore::State::Locked; },
         "secret service");
-    row("no secrets", [](DesktopFacts& f) { f.secretStore = SecretStore::State::NotAvailable; },
+    row(
+        "no secrets", [](DesktopFacts& f) { f.secretStore = SecretStore::State::NotAvailable; },
         "secret service");
-    row("entry missing", [](DesktopFacts& f) { f.loginItemPresent = false; }, "autostart");
-    row("entry too many", [](DesktopFacts& f) { f.loginItemWanted = false; }, "autostart");
-    row("read-only", [](DesktopFacts& f) { f.store.problem = text("Read-only."); },
+    row(
+        "entry missing", [](DesktopFacts& f) { f.loginItemPresent = false; }, "autostart");
+    row(
+        "entry too many", [](DesktopFacts& f) { f.loginItemWanted = false; }, "autostart");
+    row(
+        "read-only", [](DesktopFacts& f) { f.store.problem = text("Read-only."); },
         "store writable");
-    row("backups", [](DesktopFacts& f) { f.store.backupProblem = text("Read-only."); },
+    row(
+        "held", [](DesktopFacts& f) { f.store.held = true; }, "store writable");
+    row(
+        "damage", [](DesktopFacts& f) { f.store.damage = text("It is damaged."); },
+        "store writable");
+    row(
+        "backups", [](DesktopFacts& f) { f.store.backupProblem = text("Read-only."); },
         "last backup");
-    row("zone", [](DesktopFacts& f) { f.timeZoneKnown = false; }, "time zone");
+    row(
+        "zone", [](DesktopFacts& f) { f.timeZoneKnown = false; }, "time zone");
   }
   void whatIsMissingFailsItsOwnCheckOnly() {
     QFETCH(const Change, change);

@@ -3,6 +3,7 @@
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include <csignal>
 
@@ -39,6 +40,27 @@ class TerminationSignalsTest : public QObject {
     QTRY_COMPARE(received.count(), 1);
     QCoreApplication::processEvents();
     QCOMPARE(received.count(), 1);
+  }
+
+  void theSessionManagersRequestIsHeardAndEndsNothingByItself() {
+    QSignalSpy quitting(QCoreApplication::instance(), &QCoreApplication::aboutToQuit);
+    {
+      TerminationSignals signals;
+      QSignalSpy received(&signals, &TerminationSignals::received);
+      QEvent request(QEvent::Quit); // as Qt passes it on
+      QCoreApplication::sendEvent(QCoreApplication::instance(), &request);
+      QCOMPARE(received.count(), 1);
+      QObject other;
+      QCoreApplication::sendEvent(&other, &request);
+      QCOMPARE(received.count(), 1);
+      QTimer::singleShot(0, this, [&] {
+        QCoreApplication::sendEvent(QCoreApplication::instance(), &request);
+        QTimer::singleShot(0, this, [] { QCoreApplication::exit(7); }); // it went on
+      });
+      QCOMPARE(QCoreApplication::exec(), 7);
+      QCOMPARE(received.count(), 2);
+    }
+    QCOMPARE(quitting.count(), 1);
   }
 
   void theSignalsAreGivenBack() {
