@@ -85,6 +85,7 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
 
 // A password that is written while the parts go may find what others changed: too late to tell.
 AppController::~AppController() {
+  m_keptAlerts.flush();
   PreferencesStore& preferences = m_store->preferences();
   preferences.beforeWriting = nullptr;
   preferences.onChangedByOthers = nullptr;
