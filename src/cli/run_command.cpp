@@ -94,9 +94,9 @@ Printed printJson(Backend& backend, const QString& method, const QVariantList& a
     return text;
   const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
   if constexpr (std::is_same_v<Json, QJsonArray>)
-    return show(document.array());
+    return forTerminal(show(document.array()));
   else
-    return show(document.object());
+    return forTerminal(show(document.object()));
 }
 
 // Calls a method that returns an identifier or nothing.
@@ -292,7 +292,7 @@ int printChecks(const Invocation& words) {
     checks = QJsonDocument::fromJson(reply->toString().toUtf8()).array();
   else
     checks = checksToJson(checksWithoutApplication(SystemClock()));
-  return finishWith(words.json ? jsonText(checks) : checksText(checks));
+  return finishWith(words.json ? jsonText(checks) : forTerminal(checksText(checks)));
 }
 
 // Asks the application, or does it on the store, and prints what comes of it.

@@ -28,6 +28,8 @@ constexpr quint32 kLinkColor = 0xff0b4fa8;
 constexpr int kRoomBelow = 12; // pixels
 /// Qt's layouts count in 1/64 dots, with 32 bits.
 constexpr double kDeepestPage = std::numeric_limits<qint32>::max() / 64.0 * 0.9;
+constexpr qsizetype kLongestParagraph = 5000; // characters: more than a page full
+constexpr qsizetype kLongestWord = 100;       // before which a paragraph may be cut
 // Blocks and entries that are dealt with between two looks at the clock.
 constexpr int kBlocksAtATime = 32;
 // Of the whole work, the part that writing is.
@@ -65,6 +67,66 @@ void prepareForPaper(AttributedText& text) {
     keepLookOnly(run.attributes);
     colourLink(run.attributes);
   }
+}
+
+bool endsParagraph(QChar character) {
+  return character == u'\n' || character == u'\r' || character == QChar::ParagraphSeparator ||
+         character == QChar::LineSeparator;
+}
+
+/// Where a paragraph that begins at from and is too long is cut: behind a space, if there is one.
+qsizetype cutOfParagraph(const QString& text, qsizetype from) {
+  const qsizetype most = from + kLongestParagraph;
+  for (qsizetype at = most; at > most - kLongestWord; --at) {
+    if (text[at - 1] == u' ')
+      return at;
+  }
+  qsizetype at = most;
+  while (at < text.size() &&
+         (text[at].isLowSurrogate() || text[at - 1] == AttributedText::kAttachmentCharacter))
+    ++at;
+  return at;
+}
+
+/// The places after which a line end is missing, ascending.
+std::vector<qsizetype> cutsOf(const QString& text) {
+  std::vector<qsizetype> cuts;
+  qsizetype start = 0;
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    if (endsParagraph(text[at])) {
+      start = at + 1;
+    } else if (at - start >= kLongestParagraph) {
+      start = cutOfParagraph(text, start);
+      if (start >= text.size())
+        break;
+      if (!endsParagraph(text[start]))
+        cuts.push_back(start);
+      at = start - 1;
+    }
+  }
+  return cuts;
+}
+
+/// Laying out one endless paragraph takes for ever, without a chance to cancel.
+void cutLongParagraphs(AttributedText& text) {
+  const std::vector<qsizetype> cuts = cutsOf(text.text);
+  if (cuts.empty())
+    return;
+  QString cut;
+  cut.reserve(text.text.size() + qsizetype(cuts.size()));
+  size_t run = 0;
+  qsizetype end = text.runs.front().length; // of that run, in the text as it was
+  qsizetype from = 0;
+  for (const qsizetype at : cuts) {
+    cut += QStringView(text.text).mid(from, at - from);
+    cut += u'\n';
+    from = at;
+    while (end < at)
+      end += text.runs[++run].length;
+    ++text.runs[run].length;
+  }
+  cut += QStringView(text.text).mid(from);
+  text.text = std::move(cut);
 }
 
 QPalette paperPalette() {
@@ -170,6 +232,7 @@ void PrintPages::write(const PrintEntry& entry) {
   if (m_contents.form == PrintForm::Plain) {
     AttributedText text;
     text.append(plainPrintPiece(entry, calendar), {});
+    cutLongParagraphs(text);
     insertText(m_cursor, text);
   } else {
     writeLines(richPrintPiece(entry.date, calendar));
@@ -182,6 +245,7 @@ void PrintPages::writeRichText(const PrintEntry& entry) {
   if (!entry.RTFData.isEmpty()) {
     if (auto text = unarchiveTextStorage(entry.RTFData)) {
       prepareForPaper(*text);
+      cutLongParagraphs(*text);
       return insertText(m_cursor, *text);
     }
     logLine(QStringLiteral("No data to unarchive"));
@@ -190,6 +254,7 @@ void PrintPages::writeRichText(const PrintEntry& entry) {
     return;
   AttributedText plain;
   plain.append(entry.description, {});
+  cutLongParagraphs(plain);
   insertText(m_cursor, plain);
 }
 

@@ -40,6 +40,16 @@ class DocumentContract:
 
     # Saving
 
+    def test_texts_of_a_document_do_not_steer_the_terminal(self):
+        path = self.write_document(reminder("\x1b[2Jred\x07\x7f\x9b\nover\U0001f469\u200d\U0001f33e",
+                                            reminderUUID="\x1b]0;x"))
+        self.run_command("merge", path)
+        for words in (["list"], ["show", "1"], ["menu"]):
+            output = self.run_command(*words)
+            self.assertNotRegex(output, r"[\x00-\x08\x0b-\x1f\x7f-\x9f]", words)
+            self.assertIn("over\U0001f469\u200d\U0001f33e", output)
+        self.assertEqual(self.reminders()[0]["reminderDescriptions"][:4], "\x1b[2J")
+
     def test_another_reader_reads_what_save_writes(self):
         uuid = self.add("Tee ☕️", "--at", "2031-03-04 09:05", "--every", "day", "--days", "Mon",
                         "--between", "08:00-17:30", "--before", "1,2,3", "--sms", "--task",

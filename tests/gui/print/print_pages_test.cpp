@@ -7,6 +7,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -15,6 +16,7 @@
 #include <QPalette>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
 
 using namespace tockwise;
 using namespace std::chrono_literals;
@@ -158,6 +160,48 @@ class PrintPagesTest : public QObject {
              QStringLiteral("Reminders \n\n") + kSeparator + u'\n' + kDate +
                  QStringLiteral("\n \nTea\n \n") + kSeparator + u'\n' + kDate +
                  QStringLiteral("\n \nBread\n \n"));
+  }
+
+  void aParagraphWithoutEndIsCutWhereAWordEnds() {
+    const QString word = QStringLiteral("12345678 ");
+    const QString endless = word.repeated(2000);
+    const QStringList lines = textOfPages(plain({entry(endless)})).split(u'\n');
+    QString joined;
+    for (const QString& line : lines) {
+      QVERIFY(line.size() <= 5000);
+      QVERIFY(!line.contains(word) || line.endsWith(word));
+      joined += line;
+    }
+    QVERIFY(joined.contains(endless)); // and nothing is lost or added
+  }
+
+  void cutsKeepTheFormatsWhereTheyAre() {
+    AttributedText text;
+    for (int i = 0; i < 30; ++i) {
+      text.append(QString(999, u'a'), {});
+      text.append(QString(777, u'b'), coloured(0xffff0000));
+    }
+    PrintPages pages(richQueue({entry(QStringLiteral("Tea"), archiveText(text))}), a4());
+    pages.complete();
+    qsizetype found = 0;
+    for (QTextBlock block = pages.document().begin(); block.isValid(); block = block.next()) {
+      for (auto each = block.begin(); !each.atEnd(); ++each) {
+        const QTextFragment fragment = each.fragment();
+        const bool isRed = fragment.charFormat().foreground().color() == QColor(Qt::red);
+        QCOMPARE(fragment.text().contains(u'b'), isRed);
+        found += fragment.text().count(u'b');
+      }
+    }
+    QCOMPARE(found, 30 * 777);
+  }
+
+  void aWordWithoutEndIsLaidOutAllTheSame() {
+    QElapsedTimer spent;
+    spent.start();
+    PrintPages pages(plain({entry(QString(400000, u'x'))}), a4());
+    pages.complete();
+    QVERIFY(pages.pageCount() > 50);
+    QVERIFY2(spent.elapsed() < 5000, qPrintable(QString::number(spent.elapsed())));
   }
 
   void thePlainFormTakesNoRichText() {
