@@ -8,10 +8,6 @@
 
 namespace tockwise {
 
-/// How far apart two colours are in brightness: 1 not at all, 21 black and white.
-double contrast(const QColor& a, const QColor& b);
-/// part of a over the rest of b: 1 is a, 0 is b.
-QColor mixed(const QColor& a, const QColor& b, double part);
 /// Black or white, whichever reads better on background.
 QColor textOn(const QColor& background);
 bool isDark(const QPalette& palette);

@@ -1,6 +1,7 @@
 #include "alerts/alert_rich_text.h"
 
 #include "alerts/alert_look.h"
+#include "colors/color_contrast.h"
 #include "richtext/character_formats.h"
 
 #include <QTextBlock>

@@ -29,6 +29,17 @@ double typeScale(qsizetype length) {
   return 1.05;
 }
 
+// The time that Qt takes to find the ends of lines grows with the square of a word's length.
+constexpr qsizetype kLongestWord = 5000;
+
+bool hasEndlessWord(const QString& text) {
+  qsizetype word = 0;
+  return std::any_of(text.begin(), text.end(), [&word](QChar character) {
+    word = character.isSpace() ? 0 : word + 1;
+    return word > kLongestWord;
+  });
+}
+
 // No picture is larger, in heights of a line.
 constexpr int kPictureWidth = 26;
 constexpr int kPictureHeight = 20;
@@ -75,12 +86,18 @@ AlertTextView::AlertTextView(QWidget* parent) : QTextBrowser(parent) {
   setOpenLinks(false);
   setFrameShape(QFrame::NoFrame);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  wrapFor(QString());
   viewport()->setAutoFillBackground(false);
   document()->setDocumentMargin(0);
 }
 
+void AlertTextView::wrapFor(const QString& text) {
+  setWordWrapMode(hasEndlessWord(text) ? QTextOption::WrapAnywhere
+                                       : QTextOption::WrapAtWordBoundaryOrAnywhere);
+}
+
 void AlertTextView::setReminderText(const QString& text) {
+  wrapFor(text);
   QFont type = font();
   type.setPointSizeF(type.pointSizeF() * typeScale(text.size()));
   if (text.size() <= kTypeSizes[0].longest)
@@ -108,6 +125,7 @@ void AlertTextView::linkAddresses() {
 }
 
 void AlertTextView::takeRichText() {
+  wrapFor(toPlainText());
   const int em = fontMetrics().height();
   keepOpenableLinks(*document());
   linkAddresses();

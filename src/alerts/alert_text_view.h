@@ -37,6 +37,7 @@ class AlertTextView final : public QTextBrowser {
   QVariant loadResource(int type, const QUrl& name) override;
 
  private:
+  void wrapFor(const QString& text);
   void linkAddresses();
 
   QSize m_fitted{320, 80};

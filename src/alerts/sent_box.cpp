@@ -1,6 +1,7 @@
 #include "alerts/sent_box.h"
 
 #include "alerts/alert_look.h"
+#include "colors/color_contrast.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -63,7 +63,7 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
       m_tick(m_store->queue(), m_firing, m_store->clock(), tickActions()),
       m_tickTimer(m_tick, *m_ports.wakeTimer, *m_ports.powerEvents, m_store->clock()),
       m_commands(
-          *m_store, [this] { changed(); }, [this] { Q_EMIT dataModified(); }),
+          *m_store, [this] { changedByCommand(); }, [this] { Q_EMIT dataModified(); }),
       m_tray([this] { return currentMenuInput(&m_richTitles); }),
       m_noTrayHint(m_tray, m_store->preferences(), *m_ports.prompter),
       m_keptAlerts(m_alerts, KeptAlerts::pathOfUser()),
@@ -83,8 +83,15 @@ AppController::AppController(std::unique_ptr<ReminderStore> store, Ports ports, 
   connectDesktop();
 }
 
+// A password that is written while the parts go may find what others changed: too late to tell.
 AppController::~AppController() {
-  m_store->preferences().beforeWriting = nullptr; // the store goes last
+  m_keptAlerts.flush();
+  PreferencesStore& preferences = m_store->preferences();
+  preferences.beforeWriting = nullptr;
+  preferences.onChangedByOthers = nullptr;
+  preferences.onNotice = nullptr;
+  preferences.onWriteFailure = nullptr;
+  m_passwordKeeping.disconnect(this);
 }
 
 TickActions AppController::tickActions() {
@@ -115,7 +122,7 @@ void AppController::connectAll() {
   preferences.onNotice = [this](const StoreNotice& notice) { tellNotice(notice); };
   preferences.onChangedByOthers = [this] {
     m_passwordKeeping.othersChanged();
-    changed();
+    changedByCommand();
   };
 }
 
@@ -159,6 +166,12 @@ void AppController::tellWriteFailure(const Error& error) {
   m_ports.prompter->tell(QString::fromUtf16(kWriteFailureTitle), writeFailureText(error));
 }
 
+// The window tells the beat by itself.
+void AppController::changedByCommand() {
+  m_mailBeat.follow();
+  changed();
+}
+
 void AppController::dataChanged() {
   Q_EMIT dataModified();
   changed();
@@ -167,8 +180,6 @@ void AppController::dataChanged() {
 void AppController::changed() {
   m_announcing = true;
   m_tickTimer.poke();
-  if (m_mailBeat.isOutOfStep())
-    m_mailBeat.beatChanged();
   if (m_preferenceWindow)
     m_preferenceWindow->settingsChanged();
 }

@@ -110,6 +110,7 @@ class AppController final : public QObject, private FiringActions {
   MenuInput currentMenuInput(RichTitles* richTitles) const;
   void dataChanged();
   void changed();
+  void changedByCommand();
   void announce();
   void saveNow();
   void tellNotice(const StoreNotice& notice);

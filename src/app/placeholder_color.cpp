@@ -1,6 +1,6 @@
 #include "app/placeholder_color.h"
 
-#include "alerts/alert_look.h"
+#include "colors/color_contrast.h"
 
 #include <QApplication>
 #include <QEvent>

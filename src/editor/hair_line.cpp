@@ -1,5 +1,7 @@
 #include "editor/hair_line.h"
 
+#include "colors/color_contrast.h"
+
 #include <QPainter>
 
 namespace tockwise {
@@ -11,12 +13,8 @@ QSize HairLine::sizeHint() const {
 }
 
 QColor HairLine::color() const {
-  constexpr float kInk = 0.22F; // the rest is the window's
-  const QColor ink = palette().color(QPalette::WindowText);
-  const QColor ground = palette().color(QPalette::Window);
-  const auto mixed = [](float a, float b) { return a * kInk + b * (1 - kInk); };
-  return QColor::fromRgbF(mixed(ink.redF(), ground.redF()), mixed(ink.greenF(), ground.greenF()),
-                          mixed(ink.blueF(), ground.blueF()));
+  constexpr double kInk = 0.22; // the rest is the window's
+  return mixed(palette().color(QPalette::WindowText), palette().color(QPalette::Window), kInk);
 }
 
 void HairLine::paintEvent(QPaintEvent*) {

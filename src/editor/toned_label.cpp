@@ -1,5 +1,7 @@
 #include "editor/toned_label.h"
 
+#include "colors/color_contrast.h"
+
 #include <QPainter>
 #include <QStyle>
 
@@ -8,12 +10,6 @@ namespace {
 
 /// The part of the text colour in a quiet line; the rest is the window's.
 constexpr double kQuiet = 0.72;
-
-QColor mixed(const QColor& a, const QColor& b, double part) {
-  const auto mix = [part](float x, float y) { return float(x * part + y * (1 - part)); };
-  return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()),
-                          mix(a.blueF(), b.blueF()));
-}
 
 } // namespace
 

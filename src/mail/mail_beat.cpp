@@ -40,6 +40,11 @@ void MailBeat::beatChanged() {
   logLine(QStringLiteral("Time Interval: %1").arg(seconds, 0, 'f', 6));
 }
 
+void MailBeat::follow() {
+  if (m_started && period() != m_period)
+    beatChanged();
+}
+
 std::chrono::seconds MailBeat::period() const {
   constexpr qint64 kMost = 1'000'000; // months: beyond that there is no mail anyway
   const qint64 index = m_settings.integer(QStringLiteral("rateIndex"));

@@ -29,8 +29,8 @@ class MailBeat final : public QObject {
   /// Beats with the period of rateIndex from now on when it differs from the running one; logs the
   /// period.
   void beatChanged();
-  /// Whether rateIndex was changed since the running period began.
-  bool isOutOfStep() const { return m_started && period() != m_period; }
+  /// As beatChanged() when it beats with another period than that of rateIndex.
+  void follow();
   /// (rateIndex + 1) x 10 seconds; 10 seconds where rateIndex is absent or negative.
   std::chrono::seconds period() const;
 

@@ -68,14 +68,12 @@ class CheckLayers(unittest.TestCase):
 
     def test_folders_of_one_row_do_not_include_one_another(self):
         self.assert_reported(
-            {"prefs/ui/CMakeLists.txt":
-                 "tockwise_library(prefs_ui SOURCES window.h LINKS tockwise_menu_ui)",
-             "prefs/ui/window.h": '#include "menu/ui/item.h"\n',
-             "menu/ui/CMakeLists.txt":
-                 "tockwise_library(menu_ui SOURCES tray.cpp item.h LINKS tockwise_store "
-                 "Qt6::Widgets)",
-             "menu/ui/item.h": ""},
-            'src/prefs/ui/window.h: "menu/ui/item.h": prefs/ui stands before menu/ui')
+            {"print/CMakeLists.txt":
+                 "tockwise_library(print SOURCES window.h LINKS tockwise_documents)",
+             "print/window.h": '#include "documents/item.h"\n',
+             "documents/CMakeLists.txt": "tockwise_library(documents SOURCES item.h)",
+             "documents/item.h": ""},
+            'src/print/window.h: "documents/item.h": print stands before documents')
 
     def test_only_the_application_names_the_platform(self):
         self.assert_reported(

@@ -1,5 +1,7 @@
 #include "menu/ui/rich_document.h"
 
+#include "colors/color_contrast.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QImage>
@@ -74,28 +76,10 @@ void insertAttachment(QTextCursor& cursor, const RichAttachment& attachment) {
     cursor.insertImage(picture);
 }
 
-double luminance(const QColor& color) {
-  const auto linear = [](double channel) {
-    return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-         0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& left, const QColor& right) {
-  const double one = luminance(left);
-  const double other = luminance(right);
-  return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
-}
-
 /// color, moved towards text until it can be told from the ground.
 QColor readableOn(const QColor& ground, QColor color, const QColor& text) {
-  const auto halfway = [](float one, float other) { return (one + other) / 2; };
-  for (int step = 0; step < 5 && contrast(color, ground) < kLeastContrast; ++step) {
-    color =
-        QColor::fromRgbF(halfway(color.redF(), text.redF()), halfway(color.greenF(), text.greenF()),
-                         halfway(color.blueF(), text.blueF()));
-  }
+  for (int step = 0; step < 5 && contrast(color, ground) < kLeastContrast; ++step)
+    color = mixed(color, text, 0.5);
   return color;
 }
 

@@ -49,7 +49,7 @@ GeneralPane::~GeneralPane() = default;
 
 void GeneralPane::gather(PreferenceForm& form) const {
   PreferencePane::gather(form);
-  form.loginItem = m_ui->loginItemBox->isChecked();
+  form.loginItem = m_loginItems.isPresent(); // the box may be behind
 }
 
 void GeneralPane::loginItem(bool wanted) {

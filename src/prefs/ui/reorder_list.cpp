@@ -56,6 +56,11 @@ void ReorderList::focusOutEvent(QFocusEvent* event) {
   QListView::focusOutEvent(event);
 }
 
+void ReorderList::reset() {
+  giveUp();
+  QListView::reset();
+}
+
 void ReorderList::dragTo(int y) {
   viewport()->setCursor(Qt::ClosedHandCursor);
   // A row beyond the edge comes into view.

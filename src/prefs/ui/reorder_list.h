@@ -6,11 +6,13 @@
 namespace tockwise {
 
 /// Main thread. The list only says where a row was dragged to; whoever owns the rows moves it.
-/// Escape, and losing the keyboard, give a drag up.
+/// Escape, losing the keyboard, and rows that are others by now give a drag up.
 class ReorderList final : public QListView {
   Q_OBJECT
  public:
   using QListView::QListView;
+
+  void reset() override;
 
  Q_SIGNALS:
   /// The row was dropped before the row that is destination now (the number of rows: the end).

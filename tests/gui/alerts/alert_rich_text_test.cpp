@@ -2,6 +2,7 @@
 #include "alerts/alert_look.h"
 #include "alerts/alert_text_view.h"
 #include "alerts/alert_window_controller.h"
+#include "colors/color_contrast.h"
 #include "richtext/text_document.h"
 #include "support/random_text.h"
 

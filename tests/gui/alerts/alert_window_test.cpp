@@ -6,6 +6,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
@@ -250,6 +251,12 @@ class AlertWindowTest : public QObject {
     QCOMPARE(bar->value(), 0);
   }
 
+  void anEndlessWordOpensAsFastAsOtherTexts() {
+    QElapsedTimer elapsed;
+    elapsed.start();
+    const OpenAlert alert(alertOf(QString(400'000, u'x')));
+    QVERIFY2(elapsed.elapsed() < 8000, qPrintable(QString::number(elapsed.elapsed())));
+  }
   void aTextThatFitsDoesNotScroll_data() {
     QTest::addColumn<QString>("text");
     QTest::newRow("a word") << QStringLiteral("Tea");

@@ -106,6 +106,16 @@ class PreferencePanesTest : public QObject {
     QVERIFY(!isShown("loginItemNote")); // the user did
   }
 
+  void whatTheDesktopWillDoIsSavedAlsoWhenSomethingElseChangedItMeanwhile() {
+    open(Pane::General);
+    click("loginItemBox");
+    m_preferences->loginItems.present = false;
+    window().applyPrefs();
+    QVERIFY(!m_preferences->settings.boolean(text("loginItem")));
+    QVERIFY(!find<QAbstractButton>("loginItemBox")->isChecked());
+    QVERIFY(!window().isWindowModified());
+  }
+
   // The hot keys.
 
   void theStateOfTheHotKeysIsShown_data() {

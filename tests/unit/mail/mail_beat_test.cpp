@@ -122,17 +122,29 @@ class MailBeatTest : public QObject {
     m_now += 1s;
     QVERIFY(m_beat->mailBeatFlag());
   }
-  void aRateThatWasChangedElsewhereIsOutOfStepUntilItIsTaken() {
-    setRate(2);
-    QVERIFY(!m_beat->isOutOfStep()); // nothing runs yet
+  void aRateThatWasSetElsewhereIsFollowed() {
     m_beat->start();
-    QVERIFY(!m_beat->isOutOfStep());
-    setRate(5);
-    QVERIFY(m_beat->isOutOfStep());
-    m_beat->beatChanged();
-    QVERIFY(!m_beat->isOutOfStep());
+    m_now += 9s;
+    m_beat->follow();
+    QVERIFY(m_lines.isEmpty());
+    m_now += 1s;
+    QVERIFY(m_beat->mailBeatFlag());
+    m_beat->clearMailBeatFlag();
+    setRate(1);
+    m_beat->follow();
+    QCOMPARE(m_lines, (QStringList{text("Restarted beat"), text("Time Interval: 20.000000")}));
+    m_now += 19s;
+    QVERIFY(!m_beat->mailBeatFlag());
+    m_now += 1s;
+    QVERIFY(m_beat->mailBeatFlag());
   }
-
+  void followingDoesNotStart() {
+    setRate(3);
+    m_beat->follow();
+    m_now += 100s;
+    QVERIFY(!m_beat->mailBeatFlag());
+    QVERIFY(m_lines.isEmpty());
+  }
   void theSameRateGoesOn() {
     m_beat->start();
     m_now += 9s;

@@ -241,6 +241,16 @@ class QuickRemindPaneTest : public QObject {
     QTest::mouseRelease(list()->viewport(), Qt::LeftButton, Qt::NoModifier, middle(3));
     QCOMPARE(stored(), kFour);
   }
+  void aListThatChangesElsewhereEndsADrag() {
+    dragTo(0, middle(3));
+    const QStringList others{text("7 Hours"), text("8 Hours"), text("9 Hours"), text("5 Days")};
+    have(others);
+    QTest::mouseMove(list()->viewport(), middle(2));
+    QTest::mouseRelease(list()->viewport(), Qt::LeftButton, Qt::NoModifier, middle(3));
+    QCOMPARE(stored(), others); // the row that was taken is another by now
+    drag(0, middle(3) + QPoint(0, 60));
+    QCOMPARE(stored().last(), text("7 Hours"));
+  }
   void aDragBeyondTheEdgeScrolls() {
     QStringList many;
     for (int i = 2; i < 60; ++i)
