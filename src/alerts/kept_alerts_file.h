@@ -11,9 +11,9 @@
 namespace tockwise {
 
 /// Rich texts in the file, in bytes altogether; alerts beyond that are kept with their plain text.
-inline constexpr qsizetype kMostKeptRichText = 64 * 1024 * 1024;
+inline constexpr qsizetype kMostKeptRichText = qsizetype(64) * 1024 * 1024;
 /// Larger files are not read: nothing of ours wrote them.
-inline constexpr qint64 kLargestKeptFile = 256 * 1024 * 1024;
+inline constexpr qint64 kLargestKeptFile = qint64(256) * 1024 * 1024;
 
 struct KeptAlertsFile {
   std::vector<AlertState> states; // oldest first

@@ -16,7 +16,7 @@
 namespace tockwise {
 namespace {
 
-constexpr qint64 kEnoughSpace = 5 * 1024 * 1024; // bytes
+constexpr qint64 kEnoughSpace = qint64(5) * 1024 * 1024; // bytes
 
 // The folder, or the nearest one above it that exists.
 QFileInfo nearestFolder(const QString& path) {

@@ -134,10 +134,12 @@ class System:
         self.root = root
         self.cache = cache
         self.packages = root / "var/cache/apt/archives"
-        run("mount", "-t", "proc", "proc", root / "proc")
         for package in cache.packages.glob("*.deb"):
-            os.link(package, self.packages / package.name)
+            if not (self.packages / package.name).exists(): # debootstrap leaves its own there
+                os.link(package, self.packages / package.name)
         shutil.copy("/etc/resolv.conf", root / "etc/resolv.conf")
+        # Last: whoever gets no system can take the folder away without reaching into /proc.
+        run("mount", "-t", "proc", "proc", root / "proc")
 
     @classmethod
     def unpacked(cls, root, cache):

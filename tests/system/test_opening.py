@@ -39,8 +39,11 @@ class Documents:
         self.wait_for(lambda: self.session.desktop.active_window() == question.identifier,
                       "the question's keyboard")
         self.session.desktop.press(key)
-        self.wait_for(lambda: not self.question()
-                      or self.question().identifier != question.identifier, "the question's end")
+
+        def is_gone():
+            now = self.question()
+            return now is None or now.identifier != question.identifier
+        self.wait_for(is_gone, "the question's end")
 
     def name_in_panel(self, title, name):
         """Types the name into the panel of that title and confirms."""
