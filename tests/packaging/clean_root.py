@@ -134,6 +134,7 @@ class System:
         self.root = root
         self.cache = cache
         self.packages = root / "var/cache/apt/archives"
+        root.chmod(0o755) # a temporary folder is closed to the system's own user
         for package in cache.packages.glob("*.deb"):
             if not (self.packages / package.name).exists(): # debootstrap leaves its own there
                 os.link(package, self.packages / package.name)
