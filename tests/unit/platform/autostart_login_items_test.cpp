@@ -299,7 +299,7 @@ void AutostartLoginItemsTest::foreignEntriesStayAsTheyAre_data() {
   QTest::newRow("a longer name") << head + "Exec=US-backup\n";
   QTest::newRow("another folder") << head + "Exec=/elsewhere/tockwise\n";
   QTest::newRow("a comment") << head + "Name=tockwise\n#Exec=US\nExec=other\n";
-  QTest::newRow("not an entry") << QByteArray("tockwise\0\xff\xfe Exec=US", 24);
+  QTest::newRow("not an entry") << QByteArrayLiteral("tockwise\0\xff\xfe Exec=US");
   QTest::newRow("empty") << QByteArray();
   QTest::newRow("Windows line ends") << QByteArray("[Desktop Entry]\r\nExec=other US\r\n");
   QTest::newRow("large") << head + QByteArray(200000, '#') + "\nExec=other\n";
