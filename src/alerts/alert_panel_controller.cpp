@@ -1,6 +1,7 @@
 #include "alerts/alert_panel_controller.h"
 
 #include "alerts/alert_placement.h"
+#include "alerts/attention_request.h"
 #include "alerts/key_guard.h"
 #include "alerts/screen_places.h"
 #include "ui_AlertPanel.h"
@@ -9,7 +10,6 @@
 #include <QScreen>
 #include <QStyle>
 #include <QTextDocument>
-#include <QWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -75,8 +75,7 @@ void AlertPanelController::fit(const QRect& workArea) {
 
 void AlertPanelController::present(QPoint corner) {
   move(corner);
-  winId(); // makes the native window, so that its first exposure can be seen
-  windowHandle()->installEventFilter(this);
+  new AttentionRequest(*this);
   m_guard->start();
   show();
   raise();
@@ -90,16 +89,6 @@ bool AlertPanelController::event(QEvent* event) {
   if (event->type() == QEvent::ApplicationPaletteChange)
     applyLook();
   return QDialog::event(event);
-}
-
-bool AlertPanelController::eventFilter(QObject* watched, QEvent* event) {
-  // Attention can be asked for once the window manager knows the window.
-  if (watched == windowHandle() && event->type() == QEvent::Expose && !m_askedForAttention &&
-      windowHandle()->isExposed()) {
-    m_askedForAttention = true;
-    QApplication::alert(this);
-  }
-  return QDialog::eventFilter(watched, event);
 }
 
 AlertPanels::AlertPanels(QObject* parent) : QObject(parent) {}

@@ -39,7 +39,6 @@ class AlertPanelController final : public QDialog {
 
  protected:
   bool event(QEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void windowDidLoad();
@@ -48,7 +47,6 @@ class AlertPanelController final : public QDialog {
   QString m_errorMessage;
   std::unique_ptr<Ui::AlertPanel> m_ui;
   KeyGuard* m_guard = nullptr;
-  bool m_askedForAttention = false;
 };
 
 /// The open error panels, in the order in which they were opened. Main thread.

@@ -1,6 +1,7 @@
 #include "alerts/alert_window_controller.h"
 
 #include "alerts/alert_look.h"
+#include "alerts/attention_request.h"
 #include "base/log.h"
 #include "dates/calendar.h"
 #include "store/text_cut.h"
@@ -8,7 +9,6 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QWindow>
 
 namespace tockwise {
 namespace {
@@ -103,8 +103,7 @@ void AlertWindowController::fit(const QRect& workArea) {
 
 void AlertWindowController::present(QPoint corner) {
   move(corner);
-  winId(); // makes the native window, so that its first exposure can be seen
-  windowHandle()->installEventFilter(this);
+  new AttentionRequest(*this);
   m_guard->start();
   show();
   raise();
@@ -149,16 +148,6 @@ bool AlertWindowController::event(QEvent* event) {
   if (event->type() == QEvent::ApplicationPaletteChange)
     applyLook();
   return QDialog::event(event);
-}
-
-bool AlertWindowController::eventFilter(QObject* watched, QEvent* event) {
-  // Attention can be asked for once the window manager knows the window.
-  if (watched == windowHandle() && event->type() == QEvent::Expose && !m_askedForAttention &&
-      windowHandle()->isExposed()) {
-    m_askedForAttention = true;
-    QApplication::alert(this);
-  }
-  return QDialog::eventFilter(watched, event);
 }
 
 void AlertWindowController::keyPressEvent(QKeyEvent* event) {

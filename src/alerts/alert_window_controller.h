@@ -74,7 +74,6 @@ class AlertWindowController final : public QDialog {
 
  protected:
   bool event(QEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
@@ -87,7 +86,6 @@ class AlertWindowController final : public QDialog {
   std::unique_ptr<Ui::AlertWindow> m_ui;
   KeyGuard* m_guard = nullptr;
   std::optional<QPoint> m_corner;
-  bool m_askedForAttention = false;
   bool m_dismissed = false;
 };
 
