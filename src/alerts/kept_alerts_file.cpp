@@ -24,14 +24,6 @@ const QString kUUID = QStringLiteral("reminderUUID");
 const QString kLevel = QStringLiteral("level");
 const QString kHidden = QStringLiteral("hidden");
 
-template <typename T> bool read(const Value& stored, const QString& key, T& target) {
-  const Value* value = stored.find(key);
-  const T* found = value ? value->get<T>() : nullptr;
-  if (found)
-    target = *found;
-  return found != nullptr;
-}
-
 Value storedForm(const AlertState& state, bool withRichText) {
   const AlertRequest& request = state.request;
   Value::Dictionary stored{{kReminder, request.reminder},
@@ -61,12 +53,14 @@ std::optional<AlertState> readState(const Value& stored) {
   AlertRequest& request = state.request;
   qint64 number = 0;
   const bool isWhole =
-      read(stored, kReminder, request.reminder) && read(stored, kDate, request.date) &&
-      std::isfinite(request.date.seconds) && read(stored, kSentEmail, request.sentEmail) &&
-      read(stored, kSentSMS, request.sentSMS) && read(stored, kRescheduled, request.rescheduled) &&
-      read(stored, kType, request.reminderType) && read(stored, kUUID, request.reminderUUID) &&
-      read(stored, kLevel, number) && read(stored, kHidden, state.hidden) &&
-      (!stored.find(kRTFData) || read(stored, kRTFData, request.RTFData));
+      readEntry(stored, kReminder, request.reminder) && readEntry(stored, kDate, request.date) &&
+      std::isfinite(request.date.seconds) && readEntry(stored, kSentEmail, request.sentEmail) &&
+      readEntry(stored, kSentSMS, request.sentSMS) &&
+      readEntry(stored, kRescheduled, request.rescheduled) &&
+      readEntry(stored, kType, request.reminderType) &&
+      readEntry(stored, kUUID, request.reminderUUID) && readEntry(stored, kLevel, number) &&
+      readEntry(stored, kHidden, state.hidden) &&
+      (!stored.find(kRTFData) || readEntry(stored, kRTFData, request.RTFData));
   const auto level = levelOf(number);
   if (!isWhole || !level)
     return std::nullopt;
@@ -97,7 +91,7 @@ Result<KeptAlertsFile> readKeptAlerts(QByteArray bytes) {
     return reader.error();
   const Value stored = reader->value(reader->root());
   qint64 version = 0;
-  if (read(stored, kVersionKey, version) && version > kVersion)
+  if (readEntry(stored, kVersionKey, version) && version > kVersion)
     return Error{Error::Kind::Refused, QStringLiteral("it was written by a newer version")};
   const Value* alerts = stored.find(kAlerts);
   const auto* array = alerts ? alerts->get<Value::Array>() : nullptr;

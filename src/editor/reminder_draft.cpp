@@ -61,14 +61,6 @@ bool readArray(const Value* stored, std::array<T, Count>& elements) {
   return true;
 }
 
-template <typename T> bool read(const Value& stored, const QString& key, T& target) {
-  const Value* value = stored.find(key);
-  const T* found = value ? value->get<T>() : nullptr;
-  if (found)
-    target = *found;
-  return found != nullptr;
-}
-
 Value storedForm(const ReminderDraft& draft) {
   Value::Dictionary stored{{kVersionKey, kVersion},
                            {kUUID, draft.reminderUUID},
@@ -94,7 +86,7 @@ Value storedForm(const ReminderDraft& draft) {
 
 bool readPurpose(const Value& stored, EditorPurpose& target) {
   QString found;
-  if (!read(stored, kPurpose, found))
+  if (!readEntry(stored, kPurpose, found))
     return false;
   for (const auto& [purpose, name] : kPurposes) {
     if (found == QStringView(name)) {
@@ -109,7 +101,7 @@ bool readTask(const Value& stored, Task& task) {
   if (!stored.find(kTaskType) && !stored.find(kTaskPath))
     return true;
   task.blank = false;
-  return read(stored, kTaskType, task.type) && read(stored, kTaskPath, task.path);
+  return readEntry(stored, kTaskType, task.type) && readEntry(stored, kTaskPath, task.path);
 }
 
 Result<ReminderDraft> readDraft(QByteArray bytes) {
@@ -118,20 +110,20 @@ Result<ReminderDraft> readDraft(QByteArray bytes) {
     return reader.error();
   const Value stored = reader->value(reader->root());
   qint64 version = 0;
-  if (read(stored, kVersionKey, version) && version > kVersion)
+  if (readEntry(stored, kVersionKey, version) && version > kVersion)
     return Error{Error::Kind::Refused, QStringLiteral("it was kept by a newer version")};
   ReminderDraft draft;
   const bool isWhole =
       version == kVersion && readPurpose(stored, draft.purpose) &&
-      read(stored, kUUID, draft.reminderUUID) && read(stored, kDate, draft.reminderDate) &&
-      std::isfinite(draft.reminderDate.seconds) && read(stored, kText, draft.reminderText) &&
-      read(stored, kRTFData, draft.RTFData) &&
+      readEntry(stored, kUUID, draft.reminderUUID) &&
+      readEntry(stored, kDate, draft.reminderDate) && std::isfinite(draft.reminderDate.seconds) &&
+      readEntry(stored, kText, draft.reminderText) && readEntry(stored, kRTFData, draft.RTFData) &&
       readArray(stored.find(kInterval), draft.reminderInterval) &&
       readArray(stored.find(kDays), draft.reminderExtra.days) &&
       readArray(stored.find(kTimes), draft.reminderExtra.times) &&
       readArray(stored.find(kOffset), draft.reminderOffset) &&
-      readTask(stored, draft.reminderTask) && read(stored, kSMS, draft.smsState) &&
-      read(stored, kEmail, draft.emailState);
+      readTask(stored, draft.reminderTask) && readEntry(stored, kSMS, draft.smsState) &&
+      readEntry(stored, kEmail, draft.emailState);
   if (!isWhole)
     return Error{Error::Kind::Damaged, QStringLiteral("a value is missing or of a wrong kind")};
   return draft;

@@ -56,4 +56,14 @@ class Value {
       m_data;
 };
 
+/// Copies the entry of a dictionary into target; false, leaving target alone, when there is none or
+/// it is of another kind.
+template <typename T> bool readEntry(const Value& dictionary, QStringView key, T& target) {
+  const Value* value = dictionary.find(key);
+  const T* found = value ? value->get<T>() : nullptr;
+  if (found)
+    target = *found;
+  return found != nullptr;
+}
+
 } // namespace tockwise
