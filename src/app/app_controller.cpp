@@ -334,30 +334,8 @@ void AppController::prefs() {
   preferenceWindow().prefs();
 }
 
-void AppController::importCalendarEventsPrefs() {
-  m_ports.prompter->ask(
-      {QStringLiteral("No calendar is connected."),
-       QStringLiteral("This version of Tockwise does not import calendar events."),
-       {QStringLiteral("OK")},
-       0,
-       0});
-}
-
 std::vector<DesktopCheck> AppController::desktopChecks() {
-  const PreferencesStore& preferences = m_store->preferences();
-  DesktopFacts facts = desktopFacts();
-  facts.applicationRuns = true;
-  addSettings(facts, preferences);
-  const auto& failure = preferences.writeFailure();
-  facts.store = storeFacts(preferences.paths(), failure ? failure->message : QString());
-  const HotKeys& hotKeys = *m_ports.hotKeys;
-  facts.hotKeys.available = hotKeys.isAvailable();
-  facts.hotKeys.detail = hotKeys.detail();
-  for (const HotKey key : kHotKeys)
-    facts.hotKeys.states[size_t(key) - 1] = hotKeys.state(key);
-  if (m_ports.secretStore->state() != SecretStore::State::Unknown)
-    facts.secretStore = m_ports.secretStore->state();
-  return diagnose(facts);
+  return checksOfApplication(m_store->preferences(), *m_ports.hotKeys, *m_ports.secretStore);
 }
 
 // What became of it is in the log.

@@ -76,8 +76,7 @@ class AppController final : public QObject, private FiringActions {
   void copyMenuItem(const QString& reminderUUID);
   /// The preferences window.
   void prefs();
-  /// Says that no calendar is connected.
-  void importCalendarEventsPrefs();
+  void importCalendarEventsPrefs() { m_menuActions.importCalendarEventsPrefs(); }
   /// What works on this desktop.
   std::vector<DesktopCheck> desktopChecks();
 

@@ -58,8 +58,6 @@ HotKeyFacts hotKeyFacts() {
   return facts;
 }
 
-} // namespace
-
 DesktopFacts desktopFacts() {
   DesktopFacts facts;
   facts.display =
@@ -97,15 +95,23 @@ StoreFacts storeFacts(const PreferencesStore::Paths& paths, const QString& reaso
   return facts;
 }
 
-QJsonArray checksToJson(const std::vector<DesktopCheck>& checks) {
-  QJsonArray array;
-  for (const DesktopCheck& check : checks) {
-    array.append(QJsonObject{{QStringLiteral("name"), check.name},
-                             {QStringLiteral("ok"), check.ok},
-                             {QStringLiteral("detail"), check.detail},
-                             {QStringLiteral("remedy"), check.remedy}});
-  }
-  return array;
+} // namespace
+
+std::vector<DesktopCheck> checksOfApplication(const PreferencesStore& preferences,
+                                              const HotKeys& hotKeys,
+                                              const SecretStore& secretStore) {
+  DesktopFacts facts = desktopFacts();
+  facts.applicationRuns = true;
+  addSettings(facts, preferences);
+  const auto& failure = preferences.writeFailure();
+  facts.store = storeFacts(preferences.paths(), failure ? failure->message : QString());
+  facts.hotKeys.available = hotKeys.isAvailable();
+  facts.hotKeys.detail = hotKeys.detail();
+  for (const HotKey key : kHotKeys)
+    facts.hotKeys.states[size_t(key) - 1] = hotKeys.state(key);
+  if (secretStore.state() != SecretStore::State::Unknown)
+    facts.secretStore = secretStore.state();
+  return diagnose(facts);
 }
 
 std::vector<DesktopCheck> checksWithoutApplication(const Clock& clock) {
@@ -122,6 +128,17 @@ std::vector<DesktopCheck> checksWithoutApplication(const Clock& clock) {
     facts.store.held = store.error().kind == Error::Kind::Busy;
   }
   return diagnose(facts);
+}
+
+QJsonArray checksToJson(const std::vector<DesktopCheck>& checks) {
+  QJsonArray array;
+  for (const DesktopCheck& check : checks) {
+    array.append(QJsonObject{{QStringLiteral("name"), check.name},
+                             {QStringLiteral("ok"), check.ok},
+                             {QStringLiteral("detail"), check.detail},
+                             {QStringLiteral("remedy"), check.remedy}});
+  }
+  return array;
 }
 
 } // namespace tockwise

@@ -8,20 +8,17 @@
 
 namespace tockwise {
 
-/// What can be found out without asking the running application. Waits for answers from the bus
-/// and the sound server, half a second each at most. Main thread.
-DesktopFacts desktopFacts();
-
-/// The settings that the checks compare the desktop with.
-void addSettings(DesktopFacts& facts, const Settings& settings);
-
-/// What the store's files say; reason: why the store could not be opened, or "".
-StoreFacts storeFacts(const PreferencesStore::Paths& paths, const QString& reason);
-
-QJsonArray checksToJson(const std::vector<DesktopCheck>& checks);
+/// The checks by the running application, which knows the state of its keys and of the password
+/// store. Waits for answers from the bus and the sound server, half a second each at most. Main
+/// thread, as all here.
+std::vector<DesktopCheck> checksOfApplication(const PreferencesStore& preferences,
+                                              const HotKeys& hotKeys,
+                                              const SecretStore& secretStore);
 
 /// The checks by a command while no application runs: opens the store for the settings, and reports
-/// when that fails.
+/// when that fails. Waits likewise.
 std::vector<DesktopCheck> checksWithoutApplication(const Clock& clock);
+
+QJsonArray checksToJson(const std::vector<DesktopCheck>& checks);
 
 } // namespace tockwise

@@ -81,4 +81,12 @@ bool MenuActions::clearQueue() {
   return true;
 }
 
+void MenuActions::importCalendarEventsPrefs() {
+  m_prompter.ask({QStringLiteral("No calendar is connected."),
+                  QStringLiteral("This version of Tockwise does not import calendar events."),
+                  {QStringLiteral("OK")},
+                  0,
+                  0});
+}
+
 } // namespace tockwise

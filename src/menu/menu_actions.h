@@ -34,6 +34,9 @@ class MenuActions {
   /// windows stay open.
   bool clearQueue();
 
+  /// Says that no calendar is connected.
+  void importCalendarEventsPrefs();
+
  private:
   ReminderStore& m_store;
   Prompter& m_prompter;

@@ -48,6 +48,15 @@ class MenuActionsTest : public QObject {
     m_environment.reset();
   }
 
+  void importingEventsSaysThatNoCalendarIsConnected() {
+    add(text("first"));
+    m_actions->importCalendarEventsPrefs();
+    QCOMPARE(m_prompter.asked.size(), size_t(1));
+    QCOMPARE(m_prompter.asked[0].title, text("No calendar is connected."));
+    QCOMPARE(m_prompter.asked[0].buttons, QStringList(text("OK")));
+    QCOMPARE(m_store->queue().count(), 1);
+  }
+
   void aRecentEntryGivesItsWholeText() {
     const QString longText = QString(60, u'x');
     add(longText);
