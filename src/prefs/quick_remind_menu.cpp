@@ -1,5 +1,7 @@
 #include "prefs/quick_remind_menu.h"
 
+#include "store/reminder_store.h"
+
 #include <utility>
 
 namespace tockwise {
@@ -26,9 +28,7 @@ void write(Settings& settings, const QStringList& list) {
 } // namespace
 
 QStringList defaultQuickRemindMenu() {
-  return {QStringLiteral("1 Minute"),   QStringLiteral("5 Minutes"),  QStringLiteral("10 Minutes"),
-          QStringLiteral("15 Minutes"), QStringLiteral("30 Minutes"), QStringLiteral("1 Hour"),
-          QStringLiteral("2 Hours"),    QStringLiteral("1 Day"),      QStringLiteral("2 Days")};
+  return registeredDefaults().at(kKey).strings().value_or(QStringList());
 }
 
 QString quickRemindEntry(const QString& days, const QString& hours, const QString& minutes) {
