@@ -45,11 +45,11 @@ class KeptAlerts(Editors, SystemTest):
     def alerts(self):
         return self.session.json("alerts")
 
-    def kept(self):
-        """The texts in the file."""
+    def kept(self, key="reminder"):
+        """The texts in the file, or another value of each alert."""
         if not self.file.exists():
             return []
-        return [alert["reminder"] for alert in plistlib.loads(self.file.read_bytes())["alerts"]]
+        return [alert[key] for alert in plistlib.loads(self.file.read_bytes())["alerts"]]
 
     def picture(self):
         """The picture in the alert, once it is painted and nothing lies on it."""
@@ -97,7 +97,8 @@ class KeptAlerts(Editors, SystemTest):
         self.run_command("alerts", "ok", "3")
         self.run_command("alerts", "hide", "2")
         before = self.alerts()
-        self.wait_for(lambda: len(self.kept()) == 2, "the file without it")
+        # Each change is written a moment after it, in one file: the last one is waited for.
+        self.wait_for(lambda: self.kept("hidden") == [False, True], "both changes in the file")
         self.session.kill_application()
         self.session.start_application()
         self.assertEqual(self.alerts(), before)
