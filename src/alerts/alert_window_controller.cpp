@@ -2,6 +2,7 @@
 
 #include "alerts/alert_look.h"
 #include "alerts/attention_request.h"
+#include "base/line_of_text.h"
 #include "base/log.h"
 #include "dates/calendar.h"
 #include "store/text_cut.h"
@@ -18,8 +19,8 @@ constexpr QStringView kDatePattern = u"EEEE, MMMM dd, yyyy hh:mm a";
 constexpr qsizetype kLongestTitle = 40;
 
 QString titleOf(const QString& reminder) {
-  const QString line = cutText(reminder.simplified(), kLongestTitle);
-  return line.isEmpty() ? QStringLiteral("Tockwise") : line + QStringLiteral(" \u2013 Tockwise");
+  const QString line = cutText(withoutDirections(reminder.simplified()), kLongestTitle);
+  return line.isEmpty() ? QGuiApplication::applicationDisplayName() : line;
 }
 
 } // namespace

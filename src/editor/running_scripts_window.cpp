@@ -25,7 +25,7 @@ RunningScriptsWindow::RunningScriptsWindow(ScriptHost& scripts, const Clock& clo
       m_clock(clock),
       m_showAfter(showAfter) {
   setObjectName(QStringLiteral("RunningScripts"));
-  setWindowTitle(QStringLiteral("Running Scripts \u2013 Tockwise"));
+  setWindowTitle(QStringLiteral("Running Scripts"));
   setAccessibleName(QStringLiteral("Running scripts"));
   setAttribute(Qt::WA_ShowWithoutActivating);
   m_everySecond.setInterval(kRefresh);

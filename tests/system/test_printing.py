@@ -195,7 +195,7 @@ class WithApplication(PDFFiles, PreviewTest):
         self.run_command("print", "--alerts")
         PanelMenu(self.session).choose("New Reminder...")
         self.assertEqual(len([window for window in self.session.desktop.windows()
-                              if "–" in window.title]), 1)
+                              if "—" in window.title]), 1)
         self.close()
         self.wait_for_signal(signals, "ReminderFired", 2)
 

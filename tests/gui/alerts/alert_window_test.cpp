@@ -334,12 +334,12 @@ class AlertWindowTest : public QObject {
   void theTitleTellsTheReminderInOneLine_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("title");
-    QTest::newRow("short") << QStringLiteral("Tea") << QString::fromUtf8("Tea – Tockwise");
-    QTest::newRow("lines") << QStringLiteral("Tea\n and cake")
-                           << QString::fromUtf8("Tea and cake – Tockwise");
-    QTest::newRow("long") << QString(41, u'x')
-                          << QString(40, u'x') + QString::fromUtf8("... – Tockwise");
-    QTest::newRow("empty") << QString() << QStringLiteral("Tockwise");
+    QTest::newRow("short") << QStringLiteral("Tea") << QStringLiteral("Tea");
+    QTest::newRow("lines") << QStringLiteral("Tea\n and cake") << QStringLiteral("Tea and cake");
+    QTest::newRow("long") << QString(41, u'x') << QString(40, u'x') + QStringLiteral("...");
+    QTest::newRow("empty") << QString() << QGuiApplication::applicationDisplayName();
+    QTest::newRow("turned") << QStringLiteral("Tea \u202e\u2067and\u2069 \u200dcake")
+                            << QStringLiteral("Tea and \u200dcake");
   }
 
   void theTitleTellsTheReminderInOneLine() {
