@@ -148,13 +148,16 @@ class WritingFromPanel(Editors, SystemTest):
 
     def answer_question(self):
         """Presses the default button of the question that is open."""
-        question = self.wait_for(lambda: next(
-            (window for window in self.session.desktop.windows()
-             if not window.plain and window.width > 100 and not self.is_editor(window)), None),
-            "the question")
+        question = self.wait_for_question()
         self.wait_for(lambda: self.session.desktop.active_window() == question.identifier,
                       "the question's keyboard")
         self.session.desktop.press("Return")
+
+    def wait_for_question(self):
+        return self.wait_for(lambda: next(
+            (window for window in self.session.desktop.windows()
+             if not window.plain and window.width > 100 and not self.is_editor(window)), None),
+            "the question")
 
     @staticmethod
     def is_editor(window):
@@ -179,7 +182,8 @@ class WritingFromPanel(Editors, SystemTest):
         self.session.desktop.type("the last words")
         self.wait_for(lambda: "the last words" in self.drafts(), "a draft")
         self.session.desktop.type(" of all")
-        self.session.desktop.press("Escape")  # the end comes while a question is open, too
+        self.session.desktop.press("Escape")
+        self.wait_for_question()  # the end comes while one is open, too
         self.session.application.terminate()
         self.assertEqual(self.session.wait_for_end(), 0)
         self.assertEqual(self.drafts(), ["the last words of all"])
