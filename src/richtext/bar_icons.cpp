@@ -1,11 +1,11 @@
 #include "richtext/bar_icons.h"
 
+#include "painting/painted_icon_engine.h"
+
 #include <QFont>
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPixmap>
 
 #include <array>
 #include <cmath>
@@ -198,7 +198,7 @@ void drawSign(QPainter& painter, BarSign sign, const Ink& ink) {
   }
 }
 
-class SignEngine final : public QIconEngine {
+class SignEngine final : public PaintedIconEngine {
  public:
   SignEngine(BarSign sign, Ink ink) : m_sign(sign), m_ink(ink) {}
 
@@ -217,14 +217,6 @@ class SignEngine final : public QIconEngine {
     painter->scale(side / kUnits, side / kUnits);
     drawSign(*painter, m_sign, ink);
     painter->restore();
-  }
-
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap pixmap(size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    paint(&painter, QRect({}, size), mode, state);
-    return pixmap;
   }
 
   QIconEngine* clone() const override { return new SignEngine(*this); }

@@ -1,9 +1,8 @@
 // Reminders documents: opened, merged, saved and opened again.
+#include "fuzz_target.h"
 #include "store/documents/document_tasks.h"
+#include "support/same_columns.h"
 
-#include <QLoggingCategory>
-
-#include <cstdint>
 #include <cstdlib>
 
 using namespace tockwise;
@@ -11,16 +10,6 @@ using namespace tockwise;
 namespace {
 
 constexpr ReminderQueue::Pads kPads{{790000000}, false, true};
-
-bool sameColumns(const Columns& one, const Columns& other) {
-  bool same = true;
-  std::apply(
-      [&](const auto&... field) {
-        ((same = same && (one.*(field.first)).values() == (other.*(field.first)).values()), ...);
-      },
-      kFields);
-  return same;
-}
 
 // What was opened can be saved, and opened again as it was.
 void checkOpening(DataDictionary dictionary) {
@@ -61,16 +50,9 @@ void checkMerging(const DataDictionary& dictionary) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
-  return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const QByteArray bytes(reinterpret_cast<const char*>(data), qsizetype(size));
+void tockwise::fuzz(const QByteArray& bytes) {
   if (auto dictionary = unarchivedDataDictionary(bytes, kPads))
     checkOpening(std::move(dictionary).value());
   if (const auto dictionary = unarchivedDataDictionary(bytes, kPads, DictionaryUse::Merge))
     checkMerging(*dictionary);
-  return 0;
 }

@@ -1,21 +1,13 @@
 // Keyed archives: rich text and values, read, written and read again.
+#include "fuzz_target.h"
 #include "store/archive/keyed_value.h"
 #include "store/archive/text_archive.h"
 
-#include <QLoggingCategory>
-
-#include <cstdint>
 #include <cstdlib>
 
 using namespace tockwise;
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
-  return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const QByteArray bytes(reinterpret_cast<const char*>(data), qsizetype(size));
+void tockwise::fuzz(const QByteArray& bytes) {
   if (const auto value = unarchiveValue(bytes)) {
     const auto again = unarchiveValue(archiveValue(*value));
     if (!again)
@@ -23,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   const auto text = unarchiveText(bytes);
   if (!text)
-    return 0;
+    return;
   qsizetype covered = 0;
   for (const TextRun& run : text->text.runs) {
     if (run.length <= 0)
@@ -35,5 +27,4 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const auto again = unarchiveText(archiveText(text->text));
   if (!again || again->text.text != text->text.text || !again->notes.isEmpty())
     std::abort();
-  return 0;
 }

@@ -1,9 +1,7 @@
 // RTF and flat RTFD: what is read holds together, can be written, and reads the same again.
+#include "fuzz_target.h"
 #include "richtext/text_formats.h"
 
-#include <QLoggingCategory>
-
-#include <cstdint>
 #include <cstdlib>
 
 using namespace tockwise;
@@ -26,19 +24,12 @@ bool check(const AttributedText& text) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
-  return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const QByteArray bytes(reinterpret_cast<const char*>(data), qsizetype(size));
+void tockwise::fuzz(const QByteArray& bytes) {
   const auto text = bytes.startsWith("rtfd") ? fromRTFD(bytes) : fromRTF(bytes);
   if (!text)
-    return 0;
+    return;
   const bool isWhole = check(*text);
   const auto again = fromRTFD(toRTFD(*text));
   if (!again || (isWhole && again->text != text->text))
     std::abort();
-  return 0;
 }

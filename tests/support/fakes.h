@@ -266,6 +266,10 @@ class FakeSecretStore final : public SecretStore {
 
 class RecordingFiringActions final : public FiringActions {
  public:
+  /// Run when a task is started and when an alert is opened, as what happens meanwhile.
+  std::function<void()> onTask;
+  std::function<void(const AlertRequest&)> onAlert;
+
   QStringList calls; // in order: "task", "email", "html", "sms", "alert"
   std::vector<Task> tasks;
   struct Message {
@@ -282,6 +286,8 @@ class RecordingFiringActions final : public FiringActions {
   void doTask(const Task& task) override {
     calls += QStringLiteral("task");
     tasks.push_back(task);
+    if (onTask)
+      onTask();
   }
   void sendEmailWithSubject(const QString& subject, const QString& message) override {
     calls += QStringLiteral("email");
@@ -300,6 +306,8 @@ class RecordingFiringActions final : public FiringActions {
   void openAlert(const AlertRequest& request) override {
     calls += QStringLiteral("alert");
     alerts.push_back(request);
+    if (onAlert)
+      onAlert(request);
   }
 };
 

@@ -5,6 +5,7 @@ user guide."""
 import subprocess
 import sys
 import time
+from contextlib import contextmanager
 from pathlib import Path
 
 from panel_menu import PanelMenu
@@ -66,67 +67,73 @@ def frameless(session, title):
                                    if title in window.title])[-1:]
 
 
-def menu_and_alert(folder):
-    with Session(tray="xembed") as session:
+@contextmanager
+def painted_desktop(tray="status-notifier"):
+    """A session whose program has not been started."""
+    with Session(tray=tray) as session:
         session.desktop.paint_background(*WALLPAPER)
+        yield session
+
+
+@contextmanager
+def application(session):
+    """The program from its start to its end, before which its last window is closed with Escape."""
+    session.start_application()
+    yield
+    session.desktop.press("Escape")
+    session.quit_application()
+
+
+def menu_and_alert(folder):
+    with painted_desktop(tray="xembed") as session:
         write_store(session, scene())
-        session.start_application()
-        desktop = session.desktop
-        alerts = still(session, lambda: [window for window in desktop.windows()
-                                         if window.role == "alert"])
-        photograph(session, alerts, folder / "alert.png")
-        icon = wait_for(lambda: next((window for window in desktop.windows()
-                                      if window.width <= 32 and window.height <= 32), None),
-                        "the tray icon")
-        desktop.click(icon.x + icon.width // 2, icon.y + icon.height // 2, button=3)
-        menu = still(session, lambda: [window for window in desktop.windows()
-                                       if window.plain and window.height > 200])
-        photograph(session, [*menu, icon], folder / "menu.png")
-        desktop.press("Escape")
-        session.quit_application()
+        with application(session):
+            desktop = session.desktop
+            alerts = still(session, lambda: [window for window in desktop.windows()
+                                             if window.role == "alert"])
+            photograph(session, alerts, folder / "alert.png")
+            icon = wait_for(lambda: next((window for window in desktop.windows()
+                                          if window.width <= 32 and window.height <= 32), None),
+                            "the tray icon")
+            desktop.click(icon.x + icon.width // 2, icon.y + icon.height // 2, button=3)
+            menu = still(session, lambda: [window for window in desktop.windows()
+                                           if window.plain and window.height > 200])
+            photograph(session, [*menu, icon], folder / "menu.png")
 
 
 def writing(folder):
     """The editor in both layouts, and the windows that it opens."""
-    with Session(tray="status-notifier") as session:
-        session.desktop.paint_background(*WALLPAPER)
-        session.start_application()
-        add_written_reminder(session)
-        open_written(PanelMenu(session))
-        photograph(session, frameless(session, "Edit Reminder"), folder / "editor.png")
-        session.desktop.press("r", "Alt_L")
-        photograph(session, frameless(session, "Repeat Options"), folder / "options.png")
-        session.desktop.press("Escape")
-        session.quit_application()
+    with painted_desktop() as session:
+        with application(session):
+            add_written_reminder(session)
+            open_written(PanelMenu(session))
+            photograph(session, frameless(session, "Edit Reminder"), folder / "editor.png")
+            session.desktop.press("r", "Alt_L")
+            photograph(session, frameless(session, "Repeat Options"), folder / "options.png")
         session.tockwise("prefs", "set", "datepicker", "NO")
         session.tockwise("prefs", "set", "showRuler", "YES")
-        session.start_application()
-        open_written(PanelMenu(session))
-        photograph(session, frameless(session, "Edit Reminder"), folder / "editor-compact.png")
-        session.desktop.press("t", "Alt_L")
-        photograph(session, frameless(session, "Task"), folder / "task.png")
-        session.desktop.press("Escape")
-        session.quit_application()
+        with application(session):
+            open_written(PanelMenu(session))
+            photograph(session, frameless(session, "Edit Reminder"), folder / "editor-compact.png")
+            session.desktop.press("t", "Alt_L")
+            photograph(session, frameless(session, "Task"), folder / "task.png")
 
 
 def preferences(folder):
-    with Session(tray="status-notifier") as session:
-        session.desktop.paint_background(*WALLPAPER)
+    with painted_desktop() as session:
         for key, value in (("emailAddressAD", "amina@example.org"),
                            ("smtpServerNameAD", "smtp.example.org"),
                            ("serverPortAD", "587"), ("authenticationAD", "2"),
                            ("usernameAD", "amina"), ("passwordAD", "not my real one"),
                            ("useADPrefs", "YES")):
             session.tockwise("prefs", "set", key, value)
-        session.start_application()
-        PanelMenu(session).choose("Preferences...")
-        frameless(session, "Preferences")
-        for panes, name in ((2, "preferences-menu.png"), (4, "preferences-mail.png")):
-            for _ in range(panes):
-                session.desktop.press("Next", "Control_L")
-            photograph(session, frameless(session, "Preferences"), folder / name)
-        session.desktop.press("Escape")
-        session.quit_application()
+        with application(session):
+            PanelMenu(session).choose("Preferences...")
+            frameless(session, "Preferences")
+            for panes, name in ((2, "preferences-menu.png"), (4, "preferences-mail.png")):
+                for _ in range(panes):
+                    session.desktop.press("Next", "Control_L")
+                photograph(session, frameless(session, "Preferences"), folder / name)
 
 
 def opening(folder):
@@ -136,38 +143,32 @@ def opening(folder):
              ("Stand-up meeting", 0, "meet.example.org/stand-up"),
              ("Write the weekly report", 2, "/home/amina/Documents/weekly report.odt"),
              ("Wake up", 1, "/home/amina/Music/Morning.ogg")]
-    with Session(tray="status-notifier") as session:
-        session.desktop.paint_background(*WALLPAPER)
+    with painted_desktop() as session:
         write_store(session, [
             reminder(text, now + (position + 1) * HOUR, reminderTasks={"type": kind, "path": path})
             for position, (text, kind, path) in enumerate(tasks)])
-        session.start_application()
-        PanelMenu(session).choose("Save Reminders...")
-        frameless(session, "Save Reminders")
-        session.desktop.press("a", "Control_L")
-        session.desktop.type("reminders")
-        session.desktop.press("Return")
-        document = session.home / "reminders.tockwise"
-        wait_for(document.exists, "the document")
-        session.tockwise(str(document))
-        frameless(session, "Tockwise")
-        session.desktop.press("Return")
-        photograph(session, frameless(session, "Review Tasks"), folder / "review.png")
-        session.desktop.press("Escape")
-        session.quit_application()
+        with application(session):
+            PanelMenu(session).choose("Save Reminders...")
+            frameless(session, "Save Reminders")
+            session.desktop.press("a", "Control_L")
+            session.desktop.type("reminders")
+            session.desktop.press("Return")
+            document = session.home / "reminders.tockwise"
+            wait_for(document.exists, "the document")
+            session.tockwise(str(document))
+            frameless(session, "Tockwise")
+            session.desktop.press("Return")
+            photograph(session, frameless(session, "Review Tasks"), folder / "review.png")
 
 
 def printing(folder):
     """The preview of a queue of plain and rich texts."""
-    with Session(tray="status-notifier") as session:
-        session.desktop.paint_background(*WALLPAPER)
+    with painted_desktop() as session:
         write_store(session, scene()[1:3])
-        session.start_application()
-        add_written_reminder(session)
-        session.tockwise("print")
-        photograph(session, frameless(session, "Print Preview"), folder / "print.png")
-        session.desktop.press("Escape")
-        session.quit_application()
+        with application(session):
+            add_written_reminder(session)
+            session.tockwise("print")
+            photograph(session, frameless(session, "Print Preview"), folder / "print.png")
 
 
 def open_written(menu):

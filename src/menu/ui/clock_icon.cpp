@@ -1,14 +1,14 @@
 #include "menu/ui/clock_icon.h"
 
 #include "menu/ui/clock_painting.h"
+#include "painting/painted_icon_engine.h"
 
-#include <QIconEngine>
 #include <QPainter>
 
 namespace tockwise {
 namespace {
 
-class ClockIconEngine final : public QIconEngine {
+class ClockIconEngine final : public PaintedIconEngine {
  public:
   ClockIconEngine(int design, QString badge) : m_design(design), m_badge(std::move(badge)) {}
 
@@ -21,14 +21,6 @@ class ClockIconEngine final : public QIconEngine {
     if (!m_badge.isEmpty())
       paintBadge(*painter, rect, m_badge);
     painter->restore();
-  }
-
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap pixmap(size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    paint(&painter, QRect(QPoint(), size), mode, state);
-    return pixmap;
   }
 
   // A host that asks which sizes there are gets the usual ones of panels.

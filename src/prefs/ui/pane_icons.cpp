@@ -1,7 +1,8 @@
 #include "prefs/ui/pane_icons.h"
 
+#include "painting/painted_icon_engine.h"
+
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
@@ -108,7 +109,7 @@ using AddTo = void (*)(QPainterPath& path);
 constexpr AddTo kDrawings[] = {addSliders, addBell,     addList,     addPencil, addStopwatch,
                                addBubble,  addEnvelope, addCalendar, addCloud,  addScreen};
 
-class PaneIconEngine final : public QIconEngine {
+class PaneIconEngine final : public PaintedIconEngine {
  public:
   explicit PaneIconEngine(PaneIcon icon) : m_icon(icon) {}
 
@@ -125,14 +126,6 @@ class PaneIconEngine final : public QIconEngine {
     kDrawings[size_t(m_icon)](path);
     painter->drawPath(path);
     painter->restore();
-  }
-
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap pixmap(size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    paint(&painter, QRect(QPoint(), size), mode, state);
-    return pixmap;
   }
 
   QIconEngine* clone() const override { return new PaneIconEngine(m_icon); }

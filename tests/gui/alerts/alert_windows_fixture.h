@@ -2,8 +2,7 @@
 #pragma once
 
 #include "alerts/alert_hiding_prompter.h"
-#include "alerts/alert_windows.h"
-#include "support/fakes.h"
+#include "support/open_alerts.h"
 
 #include <QPushButton>
 
@@ -31,16 +30,12 @@ inline AlertRequest alertOf(const QString& text) {
   return request;
 }
 
-struct Fixture {
+struct Fixture : AlertSurroundings {
   Fixture() {
     questions.setAlerts(&alerts);
     alerts.setReminderRemover(&remover);
   }
 
-  ReminderQueue queue;
-  MemorySettings settings;
-  FakeSoundPlayer player;
-  AlertSounds sounds{settings, player, {}, AlertSounds::systemRandom()};
   FakePrompter* fake = new FakePrompter;
   FakePrompter& prompter = *fake;
   AlertHidingPrompter questions{std::unique_ptr<Prompter>(fake)};
@@ -60,12 +55,7 @@ struct Fixture {
     request.rescheduled = rescheduled;
     return alerts.open(request);
   }
-  QStringList texts() const {
-    QStringList result;
-    for (const AlertEntry& entry : alerts.entries())
-      result += entry.text;
-    return result;
-  }
+  QStringList texts() const { return textsOf(alerts); }
   QPushButton* button(qsizetype position, const char* name) {
     return alerts.window(position)->findChild<QPushButton*>(QString::fromLatin1(name));
   }

@@ -90,8 +90,7 @@ class AlertsTogetherTest : public QObject {
 
   void hiddenAlertsKeepTheirStateAndComeBackWhole() {
     Fixture f;
-    AlertRequest request;
-    request.reminder = kTea;
+    AlertRequest request = alertOf(kTea);
     request.RTFData = "rtf";
     request.sentEmail = true;
     f.alerts.open(request);

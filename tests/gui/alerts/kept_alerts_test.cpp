@@ -1,8 +1,8 @@
 #include "alerts/kept_alerts.h"
 #include "alerts/kept_alerts_file.h"
 #include "store/plist_writer.h"
-#include "support/fakes.h"
 #include "support/log_lines.h"
+#include "support/open_alerts.h"
 #include "support/test_environment.h"
 
 #include <QDir>
@@ -39,7 +39,7 @@ AlertState everything() {
 }
 
 /// The program, as far as alerts go, from one start to its end.
-struct Run {
+struct Run : OpenAlerts {
   explicit Run(QString file) : path(std::move(file)) {
     kept.emplace(alerts, path);
     kept->restore();
@@ -47,21 +47,10 @@ struct Run {
   /// What is written is written; the rest is lost.
   void crash() { kept.reset(); }
 
-  ReminderQueue queue;
-  MemorySettings settings;
-  FakeSoundPlayer player;
-  AlertSounds sounds{settings, player, {}, AlertSounds::systemRandom()};
-  FakePrompter prompter;
-  AlertWindows alerts{queue, sounds, prompter};
+  QStringList texts() const { return textsOf(alerts); }
+
   QString path;
   std::optional<KeptAlerts> kept;
-
-  QStringList texts() const {
-    QStringList result;
-    for (const AlertEntry& entry : alerts.entries())
-      result += entry.text;
-    return result;
-  }
 };
 
 QStringList list(std::initializer_list<const char*> texts) {

@@ -1,7 +1,6 @@
 #include "alerts/alert_hiding_prompter.h"
-#include "alerts/alert_windows.h"
 #include "platform/message_prompter.h"
-#include "support/fakes.h"
+#include "support/open_alerts.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -57,13 +56,9 @@ void whenAsked(QObject* context, const std::function<void(QMessageBox*)>& act) {
   poll->start(5);
 }
 
-struct Alerts {
+struct Alerts : AlertSurroundings {
   Alerts() { prompter.setAlerts(&windows); }
 
-  ReminderQueue queue;
-  MemorySettings settings;
-  FakeSoundPlayer player;
-  AlertSounds sounds{settings, player, {}, AlertSounds::systemRandom()};
   AlertHidingPrompter prompter{std::make_unique<MessagePrompter>()};
   AlertWindows windows{queue, sounds, prompter};
 

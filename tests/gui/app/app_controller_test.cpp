@@ -9,6 +9,7 @@
 #include "support/fake_pasteboard.h"
 #include "support/fakes.h"
 #include "support/test_environment.h"
+#include "support/user_store.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -59,8 +60,7 @@ class AppControllerTest : public QObject {
   void openAlerts(int count) { QTRY_COMPARE(m_controller->alertsJson().size(), count); }
   /// prepare: what happens to the store before the controller has it.
   void startProgram(const std::function<void()>& prepare = {}) {
-    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
-    QVERIFY(store.ok());
+    auto store = openUserStore(m_clock);
     auto prompter = std::make_unique<FakePrompter>();
     auto sounds = std::make_unique<FakeSoundPlayer>();
     auto wakeTimer = std::make_unique<FakeWakeTimer>();
@@ -73,11 +73,11 @@ class AppControllerTest : public QObject {
     m_scripts = scripts.get();
     auto pasteboard = std::make_unique<FakePasteboard>();
     m_pasteboard = pasteboard.get();
-    m_store = store->get();
+    m_store = store.get();
     if (prepare)
       prepare();
     m_controller = std::make_unique<AppController>(
-        std::move(*store),
+        std::move(store),
         Ports{std::move(prompter), std::move(sounds), std::make_unique<FakePowerEvents>(),
               std::move(wakeTimer), std::move(workspace), std::move(scripts), std::move(pasteboard),
               std::make_unique<FakeHotKeys>(), std::make_unique<FakeLoginItems>(),

@@ -5,6 +5,7 @@
 #include "support/fakes.h"
 #include "support/log_lines.h"
 #include "support/test_environment.h"
+#include "support/user_store.h"
 
 #include <QApplication>
 #include <QDir>
@@ -124,9 +125,7 @@ class RemindersDocumentsTest : public QObject {
     m_prompter = {};
     m_alerts.clear();
     m_clock.set(Date{700000000});
-    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
-    QVERIFY(store.ok());
-    m_store = std::move(store).value();
+    m_store = openUserStore(m_clock);
     auto panels = std::make_unique<FakePanels>();
     m_panels = panels.get();
     m_prompter.meanwhile = [this] { m_alerts += text("ask"); };

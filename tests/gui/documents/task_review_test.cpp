@@ -1,6 +1,7 @@
 // The window in which the tasks of a document are reviewed, driven as a user drives it.
 #include "documents/task_review_model.h"
 #include "documents/task_review_window.h"
+#include "support/named_child.h"
 #include "support/test_environment.h"
 
 #include <QElapsedTimer>
@@ -48,12 +49,7 @@ class TaskReviewTest : public QObject {
     m_window->bringToFront();
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
   }
-  template <typename T> T* find(const char* name) {
-    T* found = m_window->findChild<T*>(QString::fromLatin1(name));
-    if (!found)
-      qFatal("there is no %s", name);
-    return found;
-  }
+  template <typename T> T* find(const char* name) { return namedChild<T>(*m_window, name); }
   QTableView* table() { return find<QTableView>("taskTable"); }
   QString cell(int row, int column) {
     return table()->model()->index(row, column).data().toString();

@@ -1,5 +1,6 @@
 #include "menu/ui/dbus_types.h"
 #include "menu/ui/tray_controller.h"
+#include "support/private_bus.h"
 #include "unit/menu/menu_fixture.h"
 
 #include <QDBusArgument>
@@ -9,7 +10,6 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -18,29 +18,6 @@
 using namespace tockwise;
 
 namespace {
-
-/// A session bus of the test's own.
-class Bus {
- public:
-  Bus() {
-    m_daemon.start(QStringLiteral("dbus-daemon"),
-                   {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                    QStringLiteral("--print-address")});
-    if (m_daemon.waitForReadyRead(10000))
-      m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
-  }
-  ~Bus() {
-    m_daemon.kill();
-    m_daemon.waitForFinished();
-  }
-  QDBusConnection connect(const QString& name) const {
-    return QDBusConnection::connectToBus(m_address, name);
-  }
-
- private:
-  QProcess m_daemon;
-  QString m_address;
-};
 
 /// A panel: the watcher that items announce themselves to.
 class Panel final : public QDBusVirtualObject {
@@ -128,7 +105,9 @@ Node find(const Node& node, QStringView label) {
 class TrayControllerTest : public QObject {
   Q_OBJECT
  private:
-  std::unique_ptr<Bus> m_bus;
+  std::unique_ptr<PrivateBus> m_bus;
+  std::unique_ptr<BusConnection> m_panelConnection;
+  std::unique_ptr<BusConnection> m_trayConnection;
   std::unique_ptr<Panel> m_panel;
   std::unique_ptr<MenuFixture> m_fixture;
   std::unique_ptr<TrayController> m_tray;
@@ -151,18 +130,21 @@ class TrayControllerTest : public QObject {
 
  private Q_SLOTS:
   void init() {
-    static int run = 0;
-    m_bus = std::make_unique<Bus>();
-    m_panel = std::make_unique<Panel>(m_bus->connect(QStringLiteral("panel%1").arg(++run)));
+    m_bus = std::make_unique<PrivateBus>();
+    m_panelConnection = std::make_unique<BusConnection>();
+    m_trayConnection = std::make_unique<BusConnection>();
+    m_panel = std::make_unique<Panel>(m_panelConnection->bus);
     m_fixture = std::make_unique<MenuFixture>();
     m_tea = m_fixture->add(QStringLiteral("Tea & snake_case"), 60);
     m_fixture->add(QStringLiteral("Pills"), 120);
     m_tray = std::make_unique<TrayController>([this] { return m_fixture->input(); },
-                                              m_bus->connect(QStringLiteral("tray%1").arg(run)));
+                                              m_trayConnection->bus);
   }
   void cleanup() {
     m_tray.reset();
     m_panel.reset();
+    m_trayConnection.reset();
+    m_panelConnection.reset();
     m_bus.reset();
   }
 

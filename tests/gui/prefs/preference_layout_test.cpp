@@ -1,16 +1,14 @@
 // The preferences window: reaching its panes and controls, its size, and the panel of files.
-#include "preferences_fixture.h"
+#include "preference_test.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QFileDialog>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStackedWidget>
-#include <QTest>
 #include <QWindow>
 
 using namespace tockwise;
@@ -18,45 +16,16 @@ using Pane = PreferenceWindowController::Pane;
 
 namespace {
 
-QString text(const char* utf8) {
-  return QString::fromUtf8(utf8);
-}
-
 constexpr Pane kPanes[] = {Pane::General,    Pane::Alerts,   Pane::Menu,       Pane::Editor,
                            Pane::QuickTimes, Pane::Messages, Pane::MailServer, Pane::Calendar,
                            Pane::Cloud,      Pane::Desktop};
 
 } // namespace
 
-class PreferenceLayoutTest : public QObject {
+class PreferenceLayoutTest : public PreferenceTest {
   Q_OBJECT
 
-  std::unique_ptr<Preferences> m_preferences;
-
-  PreferenceWindowController& window() { return m_preferences->window(); }
-  template <typename T> T* find(const char* name) {
-    T* found = window().findChild<T*>(text(name));
-    if (!found)
-      qFatal("there is no %s", name);
-    return found;
-  }
-  void open() {
-    window().prefs();
-    QVERIFY(QTest::qWaitForWindowActive(&window()));
-  }
-  void set(const char* key, Value value) {
-    m_preferences->settings.setValue(text(key), std::move(value));
-  }
-  void write(const char* field, const char* value) { find<QLineEdit>(field)->setText(text(value)); }
-  void click(const char* button) { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
-
  private Q_SLOTS:
-  void init() {
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    m_preferences = std::make_unique<Preferences>();
-  }
-  void cleanup() { m_preferences.reset(); }
-
   void browsingTakesTheWindowsPlaceAndFillsTheField() {
     set("useDefaultTask", true);
     set("defaultTask", 2);

@@ -1,58 +1,25 @@
 // What single panes of the preferences window do beside showing settings.
 #include "editor/date_picker.h"
 #include "editor/toned_label.h"
-#include "preferences_fixture.h"
+#include "preference_test.h"
 #include "prefs/ui/check_sign.h"
 #include "support/log_lines.h"
 
 #include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTableWidget>
-#include <QTest>
 
 using namespace tockwise;
-using Pane = PreferenceWindowController::Pane;
 
-namespace {
-
-QString text(const char* utf8) {
-  return QString::fromUtf8(utf8);
-}
-
-} // namespace
-
-class PreferencePanesTest : public QObject {
+class PreferencePanesTest : public PreferenceTest {
   Q_OBJECT
 
-  std::unique_ptr<Preferences> m_preferences;
-
-  PreferenceWindowController& window() { return m_preferences->window(); }
-  template <typename T> T* find(const char* name) {
-    T* found = window().findChild<T*>(text(name));
-    if (!found)
-      qFatal("there is no %s", name);
-    return found;
-  }
-  void open(Pane pane) {
-    window().prefs();
-    QVERIFY(QTest::qWaitForWindowActive(&window()));
-    window().showPane(pane);
-  }
-  void set(const char* key, Value value) {
-    m_preferences->settings.setValue(text(key), std::move(value));
-  }
-  bool isSet(const char* key) { return m_preferences->settings.isSet(text(key)); }
-  QString stored(const char* key) { return m_preferences->settings.string(text(key)); }
   bool isShown(const char* name) { return find<QWidget>(name)->isVisible(); }
   QString label(const char* name) { return find<QLabel>(name)->text(); }
-  void click(const char* button) {
-    QTest::mouseClick(find<QAbstractButton>(button), Qt::LeftButton, {}, {8, 8});
-  }
   void chooseSound(const char* name) {
     auto* popup = find<QComboBox>("reminderSoundPopUp");
     popup->setFocus();
@@ -64,9 +31,6 @@ class PreferencePanesTest : public QObject {
   }
 
  private Q_SLOTS:
-  void init() { m_preferences = std::make_unique<Preferences>(); }
-  void cleanup() { m_preferences.reset(); }
-
   // The login item.
 
   void theLoginItemComesAndGoesAtTheClick() {

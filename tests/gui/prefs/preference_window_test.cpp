@@ -1,51 +1,20 @@
 // The preferences window: opening and closing, saving and what it tells.
-#include "preferences_fixture.h"
+#include "preference_test.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStackedWidget>
-#include <QTest>
 #include <QWindow>
 
 using namespace tockwise;
-using Pane = PreferenceWindowController::Pane;
 
-namespace {
-
-QString text(const char* utf8) {
-  return QString::fromUtf8(utf8);
-}
-
-} // namespace
-
-class PreferenceWindowTest : public QObject {
+class PreferenceWindowTest : public PreferenceTest {
   Q_OBJECT
 
-  std::unique_ptr<Preferences> m_preferences;
-
-  PreferenceWindowController& window() { return m_preferences->window(); }
-  template <typename T> T* find(const char* name) {
-    T* found = window().findChild<T*>(text(name));
-    if (!found)
-      qFatal("there is no %s", name);
-    return found;
-  }
-  void open() {
-    window().prefs();
-    QVERIFY(QTest::qWaitForWindowActive(&window()));
-  }
-  void set(const char* key, Value value) {
-    m_preferences->settings.setValue(text(key), std::move(value));
-  }
-  bool isOn(const char* key) { return m_preferences->settings.boolean(text(key)); }
-  QString stored(const char* key) { return m_preferences->settings.string(text(key)); }
-  void write(const char* field, const char* value) { find<QLineEdit>(field)->setText(text(value)); }
-  void click(const char* button) { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
   void tick(const char* box, bool checked) {
     auto* button = find<QAbstractButton>(box);
     if (button->isChecked() != checked)
@@ -59,12 +28,6 @@ class PreferenceWindowTest : public QObject {
   }
 
  private Q_SLOTS:
-  void init() {
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    m_preferences = std::make_unique<Preferences>();
-  }
-  void cleanup() { m_preferences.reset(); }
-
   void itOpensInTheMiddleOfTheScreenWithItsVersion() {
     open();
     const QPoint middle = window().screen()->availableGeometry().center();

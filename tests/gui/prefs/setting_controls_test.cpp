@@ -1,6 +1,7 @@
 // Every setting and its control: what the control stores, and what it shows of the store.
 #include "preferences_fixture.h"
 #include "prefs/setting_table.h"
+#include "support/named_child.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -30,10 +31,7 @@ class SettingControlsTest : public QObject {
   std::unique_ptr<Preferences> m_preferences;
 
   template <typename T> T* find(const QString& name) {
-    T* found = m_preferences->window().findChild<T*>(name);
-    if (!found)
-      qFatal("there is no %s", qPrintable(name));
-    return found;
+    return namedChild<T>(m_preferences->window(), qPrintable(name));
   }
   void store(const QString& key, const QString& value) {
     const QStringList words =

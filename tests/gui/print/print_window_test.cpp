@@ -3,6 +3,7 @@
 #include "print/printing.h"
 #include "support/fakes.h"
 #include "support/test_environment.h"
+#include "support/user_store.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -103,9 +104,7 @@ class PrintWindowTest : public QObject {
     qputenv("CUPS_SERVER", "/nonexistent/cups.sock"); // the machine's own printers are not asked
     m_environment = std::make_unique<TestEnvironment>();
     m_prompter = FakePrompter();
-    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
-    QVERIFY(store.ok());
-    m_store = std::move(store).value();
+    m_store = openUserStore(m_clock);
     m_sounds = std::make_unique<AlertSounds>(m_store->preferences(), m_player, QStringList(),
                                              AlertSounds::systemRandom());
     m_alerts = std::make_unique<AlertWindows>(m_store->queue(), *m_sounds, m_prompter);

@@ -1,6 +1,5 @@
 // What only a window manager can show: who has the keyboard, what lies on what, where windows are.
-#include "alerts/alert_windows.h"
-#include "support/fakes.h"
+#include "support/open_alerts.h"
 
 #include <QApplication>
 #include <QEventLoop>
@@ -14,14 +13,7 @@ using namespace tockwise;
 
 namespace {
 
-struct Fixture {
-  ReminderQueue queue;
-  MemorySettings settings;
-  FakeSoundPlayer player;
-  AlertSounds sounds{settings, player, {}, AlertSounds::systemRandom()};
-  FakePrompter prompter;
-  AlertWindows alerts{queue, sounds, prompter};
-
+struct Fixture : OpenAlerts {
   AlertWindowController* open(const QString& text, AlertLevel level = AlertLevel::ModalPanel) {
     AlertRequest request;
     request.reminder = text;

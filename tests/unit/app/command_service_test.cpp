@@ -1,6 +1,7 @@
 #include "app/command_service.h"
 #include "store/archive/text_archive.h"
 #include "support/test_environment.h"
+#include "support/user_store.h"
 
 #include <QTest>
 
@@ -28,9 +29,7 @@ class CommandServiceTest : public QObject {
   void init() {
     m_environment = std::make_unique<TestEnvironment>();
     m_clock.set(Date::fromUnixSeconds(1741079742));
-    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
-    QVERIFY(store.ok());
-    m_store = std::move(*store);
+    m_store = openUserStore(m_clock);
     m_changes = 0;
     m_commands = std::make_unique<CommandService>(*m_store, [this] { ++m_changes; });
   }

@@ -5,6 +5,7 @@
 #include "support/file_size_limit.h"
 #include "support/log_lines.h"
 #include "support/test_environment.h"
+#include "support/user_store.h"
 
 #include <QFile>
 #include <QTest>
@@ -58,9 +59,7 @@ class DocumentCommandsTest : public QObject {
  private Q_SLOTS:
   void init() {
     m_environment = std::make_unique<TestEnvironment>();
-    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
-    QVERIFY(store.ok());
-    m_store = std::move(*store);
+    m_store = openUserStore(m_clock);
     m_told.clear();
     m_commands = std::make_unique<CommandService>(
         *m_store, [this] { m_told += text("changed"); }, [this] { m_told += text("data"); });
@@ -108,7 +107,7 @@ class DocumentCommandsTest : public QObject {
     QVERIFY(m_store->preferences().isSaved());
     m_commands.reset();
     m_store.reset();
-    m_store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock).value();
+    m_store = openUserStore(m_clock);
     QVERIFY(*m_store->queue().reminder(0) == Builder::reminder(5));
   }
 

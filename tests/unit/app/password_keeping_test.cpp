@@ -3,6 +3,7 @@
 #include "store/root_dictionary.h"
 #include "store/store_backups.h"
 #include "support/fakes.h"
+#include "support/no_section.h"
 #include "support/test_environment.h"
 
 #include <QFile>
@@ -25,16 +26,6 @@ const QString kHere = text("Kept in Tockwise's own file, readable only by you, s
 const QString kNoStore = kHere.arg(text("this desktop has no password store"));
 const QString kRefused = kHere.arg(text("the desktop's password store did not take it"));
 const QString kThere = text("Kept in the desktop's password store.");
-
-class NoSection final : public StoreSection {
- public:
-  QStringList keys() const override { return {}; }
-  quint64 revision() const override { return 0; }
-  bool isEmpty() const override { return false; }
-  Reading readFrom(const plist::Reader&) override { return {}; }
-  void writeTo(plist::Writer&, std::vector<plist::Writer::Object>&,
-               std::vector<plist::Writer::Object>&) const override {}
-};
 
 } // namespace
 

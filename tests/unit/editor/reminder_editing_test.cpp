@@ -2,6 +2,7 @@
 #include "support/fakes.h"
 #include "support/log_lines.h"
 #include "support/test_environment.h"
+#include "support/user_store.h"
 
 #include <QDir>
 #include <QFile>
@@ -56,7 +57,7 @@ class FakeEditor final : public ReminderEditor {
 class Session {
  public:
   explicit Session(FakeClock& clock, std::chrono::milliseconds draftDelay = 1ms)
-      : store(ReminderStore::open(PreferencesStore::Paths::ofUser(), clock).value()),
+      : store(openUserStore(clock)),
         editing(
             *store, DraftStore(DraftStore::folderOfUser()), prompter,
             [this](ReminderDraft draft) { return make(std::move(draft)); }, draftDelay) {}

@@ -237,18 +237,8 @@ class FiringTest : public QObject {
   }
 
   void aReminderRemovedByItsTaskStillAlerts() {
-    struct RemovingActions final : FiringActions {
-      ReminderQueue* queue = nullptr;
-      std::vector<AlertRequest> alerts;
-      void doTask(const Task&) override { queue->clear(); }
-      void sendEmailWithSubject(const QString&, const QString&) override {}
-      bool sendEmailWithSubjectAndHTMLMessage(const QString&, const QByteArray&) override {
-        return true;
-      }
-      void sendSMSWithSubject(const QString&, const QString&) override {}
-      void openAlert(const AlertRequest& request) override { alerts.push_back(request); }
-    } actions;
-    actions.queue = &f->queue;
+    RecordingFiringActions actions;
+    actions.onTask = [this] { f->queue.clear(); };
     Firing firing(f->queue, f->settings, f->clock, actions);
     f->queue.append(f->reminder());
     QVERIFY(firing.doReminder(0));

@@ -16,30 +16,11 @@ Date at(int year, int month, int day, int hour = 9, int minute = 0, int second =
   return Calendar::current().dateWithYear(year, month, day, hour, minute, second);
 }
 
-/// Records like its sibling, and runs what a test wants to happen meanwhile.
-class MeddlingActions final : public FiringActions {
- public:
-  QStringList alerts;
-  std::function<void(const AlertRequest&)> onAlert;
-
-  void doTask(const Task&) override {}
-  void sendEmailWithSubject(const QString&, const QString&) override {}
-  bool sendEmailWithSubjectAndHTMLMessage(const QString&, const QByteArray&) override {
-    return true;
-  }
-  void sendSMSWithSubject(const QString&, const QString&) override {}
-  void openAlert(const AlertRequest& request) override {
-    alerts += request.reminder;
-    if (onAlert)
-      onAlert(request);
-  }
-};
-
 struct Fixture {
   ReminderQueue queue;
   MemorySettings settings;
   FakeClock clock{at(2025, 6, 10, 9, 0)};
-  MeddlingActions actions;
+  RecordingFiringActions actions;
   Firing firing{queue, settings, clock, actions};
   std::chrono::milliseconds steady{0};
   QStringList calls;
@@ -63,6 +44,12 @@ struct Fixture {
     queue.append(row);
     return row;
   }
+  QStringList alerts() const {
+    QStringList texts;
+    for (const AlertRequest& request : actions.alerts)
+      texts += request.reminder;
+    return texts;
+  }
   QStringList tickAndTakeCalls() {
     calls.clear();
     tick.run();
@@ -84,7 +71,7 @@ class TickTest : public QObject {
   void theWorkIsDoneInOrder() {
     f->add("a");
     QCOMPARE(f->tickAndTakeCalls(), words("sort synchronize save modified"));
-    QCOMPARE(f->actions.alerts, words("a"));
+    QCOMPARE(f->alerts(), words("a"));
   }
 
   void anIdleTickSavesNothing() {
@@ -99,10 +86,10 @@ class TickTest : public QObject {
     f->add("a", 10);
     f->clock.advance(9);
     f->tick.run();
-    QCOMPARE(f->actions.alerts, QStringList());
+    QCOMPARE(f->alerts(), QStringList());
     f->clock.advance(1);
     f->tick.run();
-    QCOMPARE(f->actions.alerts, words("a"));
+    QCOMPARE(f->alerts(), words("a"));
   }
 
   void anOffsetFiresThatMuchEarlier() {
@@ -112,13 +99,13 @@ class TickTest : public QObject {
     QVERIFY(f->queue.replace(0, row));
     f->clock.set(at(2025, 6, 11, 9, 29, 59));
     f->tick.run();
-    QCOMPARE(f->actions.alerts, QStringList());
+    QCOMPARE(f->alerts(), QStringList());
     f->actions.onAlert = [&](const AlertRequest& request) {
       QCOMPARE(request.date, row.reminderQueue);
     };
     f->clock.set(at(2025, 6, 11, 9, 30));
     f->tick.run();
-    QCOMPARE(f->actions.alerts, words("a"));
+    QCOMPARE(f->alerts(), words("a"));
   }
 
   void dueRemindersFireInTheQueuesOrder() {
@@ -128,7 +115,7 @@ class TickTest : public QObject {
     f->add("c", -50);
     f->onSort = [this] { QVERIFY(f->queue.permute({3, 0, 1, 2})); };
     f->tick.run();
-    QCOMPARE(f->actions.alerts, words("c a b"));
+    QCOMPARE(f->alerts(), words("c a b"));
   }
 
   void aFiredReminderStaysAndDoesNotFireAgain() {
@@ -137,7 +124,7 @@ class TickTest : public QObject {
     f->clock.advance(1);
     QCOMPARE(f->tickAndTakeCalls(), words("sort synchronize"));
     QCOMPARE(f->queue.count(), 1);
-    QCOMPARE(f->actions.alerts, words("a"));
+    QCOMPARE(f->alerts(), words("a"));
     QVERIFY(!f->tick.nextMoment());
   }
 
@@ -162,7 +149,7 @@ class TickTest : public QObject {
     QVERIFY(f->queue.replace(0, row));
     QCOMPARE(f->tickAndTakeCalls(), words("sort synchronize save modified"));
     QCOMPARE(f->queue.reminder(0)->reminderQueue, at(2025, 6, 11, 9, 0));
-    QCOMPARE(f->actions.alerts, QStringList());
+    QCOMPARE(f->alerts(), QStringList());
   }
 
   void aHeldBackReminderFiresWhenItsWindowOpens() {
@@ -173,7 +160,7 @@ class TickTest : public QObject {
     QCOMPARE(f->tick.nextMoment(), f->clock.now().plusSeconds(1));
     f->clock.advance(1);
     f->tick.run();
-    QCOMPARE(f->actions.alerts, words("a"));
+    QCOMPARE(f->alerts(), words("a"));
   }
 
   void whileWaitingNothingFires() {
@@ -183,7 +170,7 @@ class TickTest : public QObject {
     QVERIFY(!f->tick.nextMoment());
     f->tick.setWait(false);
     f->tick.run();
-    QCOMPARE(f->actions.alerts, words("a"));
+    QCOMPARE(f->alerts(), words("a"));
   }
 
   void importedUIDsAreBroughtToTheQueuesLength() {
@@ -211,7 +198,7 @@ class TickTest : public QObject {
     f->actions.onAlert = [this](const AlertRequest&) { f->steady += 1ms; };
     QCOMPARE(f->tickAndTakeCalls().count(QStringLiteral("save")), 6);
     QCOMPARE(f->calls.last(), QStringLiteral("modified"));
-    QCOMPARE(f->actions.alerts.size(), 500);
+    QCOMPARE(f->alerts().size(), 500);
   }
 
   void aFailingReminderIsLoggedAndTheTickGoesOn() {
@@ -224,7 +211,7 @@ class TickTest : public QObject {
     };
     const LogLines log;
     f->tick.run();
-    QCOMPARE(f->actions.alerts, words("a bad c"));
+    QCOMPARE(f->alerts(), words("a bad c"));
     QCOMPARE(log.lines, QStringList{QStringLiteral("the alert failed")});
   }
 
@@ -248,7 +235,7 @@ class TickTest : public QObject {
       f->tick.run();
     };
     QCOMPARE(f->tickAndTakeCalls().count(QStringLiteral("sort")), 1);
-    QCOMPARE(f->actions.alerts, words("a b"));
+    QCOMPARE(f->alerts(), words("a b"));
     QVERIFY(!f->tick.isRunning());
   }
 
@@ -264,7 +251,7 @@ class TickTest : public QObject {
       }
     };
     f->tick.run();
-    QCOMPARE(f->actions.alerts, words("a b d e"));
+    QCOMPARE(f->alerts(), words("a b d e"));
   }
 
   void aQueueClearedByAFiringEndsThePass() {
@@ -272,7 +259,7 @@ class TickTest : public QObject {
     f->add("b");
     f->actions.onAlert = [this](const AlertRequest&) { f->queue.clear(); };
     QCOMPARE(f->tickAndTakeCalls(), words("sort synchronize save modified"));
-    QCOMPARE(f->actions.alerts, words("a"));
+    QCOMPARE(f->alerts(), words("a"));
   }
 
   void anOffsetLongerThanTheIntervalFiresOnceASecondUntilItHasCaughtUp() {
@@ -284,7 +271,7 @@ class TickTest : public QObject {
     for (int second = 0; second < 6; ++second) {
       for (int times = 0; times < 3; ++times) { // however often it is asked in that second
         f->tick.run();
-        QCOMPARE(f->actions.alerts.size(), std::min(second + 1, 4));
+        QCOMPARE(f->alerts().size(), std::min(second + 1, 4));
         f->clock.advance(0.25);
       }
       f->clock.advance(0.25);
@@ -301,7 +288,7 @@ class TickTest : public QObject {
     row.reminderQueue = row.reminderQueue.plusSeconds(60);
     QVERIFY(f->queue.replace(0, row));
     f->tick.run();
-    QCOMPARE(f->actions.alerts, words("a a"));
+    QCOMPARE(f->alerts(), words("a a"));
   }
 
   void theClockSetBackFiresNothingTwice() {
@@ -314,7 +301,7 @@ class TickTest : public QObject {
     f->tick.run();
     f->clock.set(at(2025, 6, 10, 9, 0));
     f->tick.run();
-    QCOMPARE(f->actions.alerts, words("once daily"));
+    QCOMPARE(f->alerts(), words("once daily"));
     QCOMPARE(f->tick.nextMoment(), at(2025, 6, 11, 9, 0));
   }
 

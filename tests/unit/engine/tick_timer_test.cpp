@@ -215,22 +215,13 @@ class TickTimerTest : public QObject {
 
   void aTickThatFellIntoARunningOneIsMadeUpFor() {
     f->add(0);
-    struct NestingActions final : FiringActions {
-      FakeWakeTimer* wakeTimer = nullptr;
-      void doTask(const Task&) override { wakeTimer->changeClock(); }
-      void sendEmailWithSubject(const QString&, const QString&) override {}
-      bool sendEmailWithSubjectAndHTMLMessage(const QString&, const QByteArray&) override {
-        return true;
-      }
-      void sendSMSWithSubject(const QString&, const QString&) override {}
-      void openAlert(const AlertRequest&) override {}
-    } nesting;
+    FakeWakeTimer wakeTimer;
+    RecordingFiringActions nesting;
+    nesting.onTask = [&] { wakeTimer.changeClock(); };
     Firing firing(f->queue, f->settings, f->clock, nesting);
     int ticks = 0;
     Tick tick(f->queue, firing, f->clock,
               {[&] { ++ticks; }, [] {}, [] {}, [] {}, [] { return 0ms; }});
-    FakeWakeTimer wakeTimer;
-    nesting.wakeTimer = &wakeTimer;
     TickTimer timer(tick, wakeTimer, f->power, f->clock);
     timer.start();
     QCOMPARE(ticks, 1);
@@ -329,22 +320,13 @@ class TickTimerTest : public QObject {
   }
 
   void aHoldWithinATickLeavesTheAlarmOff() {
-    struct HoldingActions final : FiringActions {
-      TickTimer* timer = nullptr;
-      void doTask(const Task&) override { timer->hold(true); }
-      void sendEmailWithSubject(const QString&, const QString&) override {}
-      bool sendEmailWithSubjectAndHTMLMessage(const QString&, const QByteArray&) override {
-        return true;
-      }
-      void sendSMSWithSubject(const QString&, const QString&) override {}
-      void openAlert(const AlertRequest&) override {}
-    } holding;
     f->add(0);
+    RecordingFiringActions holding;
     Firing firing(f->queue, f->settings, f->clock, holding);
     Tick tick(f->queue, firing, f->clock, {[] {}, [] {}, [] {}, [] {}, [] { return 0ms; }});
     FakeWakeTimer wakeTimer;
     TickTimer timer(tick, wakeTimer, f->power, f->clock);
-    holding.timer = &timer;
+    holding.onTask = [&] { timer.hold(true); };
     timer.start();
     QVERIFY(!wakeTimer.armed);
     timer.hold(false);

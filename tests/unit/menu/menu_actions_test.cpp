@@ -2,6 +2,7 @@
 #include "menu/menu_actions.h"
 #include "support/fakes.h"
 #include "support/test_environment.h"
+#include "support/user_store.h"
 
 #include <QTest>
 
@@ -36,9 +37,7 @@ class MenuActionsTest : public QObject {
  private Q_SLOTS:
   void init() {
     m_environment = std::make_unique<TestEnvironment>();
-    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
-    QVERIFY(store.ok());
-    m_store = std::move(*store);
+    m_store = openUserStore(m_clock);
     m_prompter = {};
     m_actions = std::make_unique<MenuActions>(*m_store, m_prompter);
   }
@@ -104,10 +103,9 @@ class MenuActionsTest : public QObject {
     add(text("first"));
     m_actions->clearRecent();
     m_store.reset();
-    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
-    QVERIFY(store.ok());
-    QVERIFY((*store)->recentReminders().entries().empty());
-    QCOMPARE((*store)->queue().count(), 1);
+    const auto store = openUserStore(m_clock);
+    QVERIFY(store->recentReminders().entries().empty());
+    QCOMPARE(store->queue().count(), 1);
   }
 
   void everyToggleFlipsItsSetting_data() {

@@ -1,15 +1,13 @@
 #include "platform/desktop_notification_centre.h"
 #include "support/log_lines.h"
+#include "support/private_bus.h"
 
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QGuiApplication>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace tockwise;
@@ -19,53 +17,6 @@ namespace {
 const QString kService = QStringLiteral("org.freedesktop.Notifications");
 const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
 constexpr Date kNow{790000000};
-
-/// A session bus of the test's own, which starts no services.
-class PrivateBus {
- public:
-  PrivateBus() {
-    QFile configuration(m_folder.filePath(QStringLiteral("bus.conf")));
-    configuration.open(QIODevice::WriteOnly);
-    configuration.write("<busconfig><type>session</type><listen>unix:path=" +
-                        m_folder.filePath(QStringLiteral("bus")).toUtf8() +
-                        "</listen><policy context=\"default\"><allow send_destination=\"*\" "
-                        "eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
-                        "<allow own=\"*\"/></policy></busconfig>");
-    configuration.close();
-    m_daemon.start(QStringLiteral("dbus-daemon"),
-                   {QStringLiteral("--config-file=") + configuration.fileName(),
-                    QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-    m_daemon.waitForStarted();
-    m_daemon.waitForReadyRead();
-    qputenv("DBUS_SESSION_BUS_ADDRESS", m_daemon.readLine().trimmed());
-  }
-  ~PrivateBus() {
-    m_daemon.terminate();
-    m_daemon.waitForFinished();
-  }
-
- private:
-  QTemporaryDir m_folder;
-  QProcess m_daemon;
-};
-
-/// A connection to that bus under a name of its own.
-class Connection {
- public:
-  Connection()
-      : m_name(QStringLiteral("test%1").arg(++s_count)),
-        bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_name)) {}
-  ~Connection() { QDBusConnection::disconnectFromBus(m_name); }
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
-
- private:
-  static inline int s_count = 0;
-  QString m_name;
-
- public:
-  QDBusConnection bus;
-};
 
 struct Shown {
   QString application;
@@ -132,13 +83,13 @@ class FakeService : public QObject, protected QDBusContext {
   Q_SCRIPTABLE void NotificationClosed(uint id, uint reason);
 
  private:
-  Connection m_connection;
+  BusConnection m_connection;
 };
 
 struct Fixture {
   FakeClock clock{kNow};
   int sounds = 0;
-  Connection connection;
+  BusConnection connection;
   DesktopNotificationCentre centre{clock, [this] { ++sounds; }, connection.bus};
 
   quint64 schedule(const QString& text = QStringLiteral("Tea"), double delay = 0,

@@ -1,10 +1,9 @@
 #include "platform/logind_power_events.h"
+#include "support/private_bus.h"
 
 #include <QDBusContext>
 #include <QDBusMessage>
-#include <QProcess>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <poll.h>
@@ -16,46 +15,6 @@ namespace {
 
 const QString kService = QStringLiteral("org.freedesktop.login1");
 const QString kPath = QStringLiteral("/org/freedesktop/login1");
-
-/// A message bus of the test's own that stands for the system's.
-class PrivateBus {
- public:
-  PrivateBus() {
-    m_daemon.start(
-        QStringLiteral("dbus-daemon"),
-        {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-         QStringLiteral("--address=unix:path=") + m_folder.filePath(QStringLiteral("bus"))});
-    m_daemon.waitForStarted();
-    m_daemon.waitForReadyRead();
-    qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_daemon.readLine().trimmed());
-  }
-  ~PrivateBus() {
-    m_daemon.terminate();
-    m_daemon.waitForFinished();
-  }
-
- private:
-  QTemporaryDir m_folder;
-  QProcess m_daemon;
-};
-
-/// A connection to that bus under a name of its own.
-class Connection {
- public:
-  Connection()
-      : m_name(QStringLiteral("test%1").arg(++s_count)),
-        bus(QDBusConnection::connectToBus(QDBusConnection::SystemBus, m_name)) {}
-  ~Connection() { QDBusConnection::disconnectFromBus(m_name); }
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
-
- private:
-  static inline int s_count = 0;
-  QString m_name;
-
- public:
-  QDBusConnection bus;
-};
 
 /// logind as far as sleep goes. Each inhibitor is a pipe, as the real one's: held for as long as
 /// its other end is open.
@@ -113,7 +72,7 @@ class FakeLogind : public QObject, protected QDBusContext {
   Q_SCRIPTABLE void PrepareForSleep(bool sleeping);
 
  private:
-  Connection m_connection;
+  BusConnection m_connection;
   QList<int> m_readEnds;
 };
 
@@ -124,7 +83,7 @@ class LogindPowerEventsTest : public QObject {
  private Q_SLOTS:
   void aDelayInhibitorIsTakenAtStart() {
     FakeLogind logind;
-    Connection connection;
+    BusConnection connection;
     LogindPowerEvents power(connection.bus);
     QVERIFY(!power.holdsInhibitor()); // nothing was waited for
     QTRY_VERIFY(power.holdsInhibitor());
@@ -138,7 +97,7 @@ class LogindPowerEventsTest : public QObject {
 
   void theMachineIsHeldBackUntilTheReceiversHaveReturned() {
     FakeLogind logind;
-    Connection connection;
+    BusConnection connection;
     LogindPowerEvents power(connection.bus);
     QTRY_COMPARE(logind.held(), 1);
     QTRY_VERIFY(power.holdsInhibitor());
@@ -157,7 +116,7 @@ class LogindPowerEventsTest : public QObject {
 
   void wakingIsToldAndTakesTheInhibitorAgain() {
     FakeLogind logind;
-    Connection connection;
+    BusConnection connection;
     LogindPowerEvents power(connection.bus);
     QTRY_VERIFY(power.holdsInhibitor());
     QSignalSpy sleeps(&power, &PowerEvents::willSleep);
@@ -175,7 +134,7 @@ class LogindPowerEventsTest : public QObject {
 
   void aSignalToldTwiceCountsOnce() {
     FakeLogind logind;
-    Connection connection;
+    BusConnection connection;
     LogindPowerEvents power(connection.bus);
     QTRY_VERIFY(power.holdsInhibitor());
     QSignalSpy sleeps(&power, &PowerEvents::willSleep);
@@ -194,7 +153,7 @@ class LogindPowerEventsTest : public QObject {
   }
 
   void withoutLogindItIsNotAvailableUntilItComes() {
-    Connection connection;
+    BusConnection connection;
     LogindPowerEvents power(connection.bus);
     QTest::qWait(50); // the bus says that nobody is there
     QVERIFY(!power.isAvailable());
@@ -208,7 +167,7 @@ class LogindPowerEventsTest : public QObject {
 
   void logindThatRestartsIsAskedAgain() {
     FakeLogind logind;
-    Connection connection;
+    BusConnection connection;
     LogindPowerEvents power(connection.bus);
     QTRY_VERIFY(power.holdsInhibitor());
     logind.disappear();
@@ -221,7 +180,7 @@ class LogindPowerEventsTest : public QObject {
 
   void logindThatGoesDuringSleepCountsAsWaking() {
     FakeLogind logind;
-    Connection connection;
+    BusConnection connection;
     LogindPowerEvents power(connection.bus);
     QTRY_VERIFY(power.holdsInhibitor());
     QSignalSpy sleeps(&power, &PowerEvents::willSleep);
@@ -235,7 +194,7 @@ class LogindPowerEventsTest : public QObject {
   void aRefusedInhibitorLeavesTheSignals() {
     FakeLogind logind;
     logind.refuses = true;
-    Connection connection;
+    BusConnection connection;
     LogindPowerEvents power(connection.bus);
     QTRY_VERIFY(power.isAvailable());
     QVERIFY(!power.holdsInhibitor());
@@ -246,11 +205,11 @@ class LogindPowerEventsTest : public QObject {
 
   void anotherProgramsSignalDoesNotCount() {
     FakeLogind logind;
-    Connection connection;
+    BusConnection connection;
     LogindPowerEvents power(connection.bus);
     QTRY_VERIFY(power.holdsInhibitor());
     QSignalSpy sleeps(&power, &PowerEvents::willSleep);
-    Connection stranger;
+    BusConnection stranger;
     QDBusMessage forged = QDBusMessage::createSignal(
         kPath, QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"));
     forged << true;
@@ -261,7 +220,7 @@ class LogindPowerEventsTest : public QObject {
 
   void goingAwayReleasesTheInhibitor() {
     FakeLogind logind;
-    Connection connection;
+    BusConnection connection;
     {
       LogindPowerEvents power(connection.bus);
       QTRY_VERIFY(power.holdsInhibitor());
@@ -271,7 +230,7 @@ class LogindPowerEventsTest : public QObject {
 
   void goingAwayBeforeTheAnswerIsSafe() {
     FakeLogind logind;
-    Connection connection;
+    BusConnection connection;
     { LogindPowerEvents power(connection.bus); }
     QTRY_COMPARE(logind.requests.size(), 1);
     QTRY_COMPARE(logind.held(), 0);

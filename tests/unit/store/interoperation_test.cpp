@@ -1,6 +1,7 @@
 // What other programs write we read, and they read what we write: Python's plistlib and plistutil.
 #include "store/reminder_store.h"
 #include "support/test_environment.h"
+#include "support/user_store.h"
 
 #include <QFile>
 #include <QProcess>
@@ -60,10 +61,7 @@ class InteroperationTest : public QObject {
   std::unique_ptr<TestEnvironment> m_environment;
   FakeClock m_clock{Date::fromUnixSeconds(1741079742)};
 
-  std::unique_ptr<ReminderStore> open() {
-    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
-    return store ? std::move(*store) : nullptr;
-  }
+  std::unique_ptr<ReminderStore> open() { return openUserStore(m_clock); }
   static QString file() { return PreferencesStore::Paths::ofUser().file; }
 
   void writeStore() {

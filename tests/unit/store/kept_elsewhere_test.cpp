@@ -3,6 +3,7 @@
 #include "store/preferences_store.h"
 #include "store/root_dictionary.h"
 #include "store/store_backups.h"
+#include "support/no_section.h"
 #include "support/test_environment.h"
 
 #include <QDir>
@@ -35,16 +36,6 @@ bool holdsSecret(const QString& path) {
   }
   return bytes.contains("s3cret") || bytes.contains(kSecret.toUtf8()) || bytes.contains(big);
 }
-
-class NoSection final : public StoreSection {
- public:
-  QStringList keys() const override { return {}; }
-  quint64 revision() const override { return 0; }
-  bool isEmpty() const override { return false; }
-  Reading readFrom(const plist::Reader&) override { return {}; }
-  void writeTo(plist::Writer&, std::vector<plist::Writer::Object>&,
-               std::vector<plist::Writer::Object>&) const override {}
-};
 
 } // namespace
 

@@ -25,6 +25,34 @@ QStringList filesIn(const QString& folder) {
   return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
 
+/// A section of one key.
+class OneKeySection final : public StoreSection {
+ public:
+  QStringList keys() const override { return {text("section")}; }
+  quint64 revision() const override { return m_revision; }
+  bool isEmpty() const override { return false; }
+  Reading readFrom(const plist::Reader& reader) override {
+    const auto found = reader.find(reader.root(), u"section");
+    m_value = found ? reader.value(*found) : Value();
+    ++m_revision;
+    return {};
+  }
+  void writeTo(plist::Writer& writer, std::vector<plist::Writer::Object>& keys,
+               std::vector<plist::Writer::Object>& values) const override {
+    keys.push_back(writer.string(text("section")));
+    values.push_back(writer.value(m_value));
+  }
+  const Value& value() const { return m_value; }
+  void set(Value value) {
+    m_value = std::move(value);
+    ++m_revision;
+  }
+
+ private:
+  Value m_value;
+  quint64 m_revision = 0;
+};
+
 } // namespace
 
 class PreferencesStoreTest : public QObject {
@@ -33,6 +61,7 @@ class PreferencesStoreTest : public QObject {
   std::unique_ptr<TestEnvironment> m_environment;
   FakeClock m_clock{Date::fromUnixSeconds(1741079742)};
   PreferencesStore::Paths m_paths;
+  OneKeySection m_section;
 
   std::unique_ptr<PreferencesStore> open() {
     auto store = PreferencesStore::open(m_paths, m_clock);
@@ -41,31 +70,6 @@ class PreferencesStoreTest : public QObject {
     (*store)->attach(m_section);
     return std::move(*store);
   }
-
-  // A section without keys.
-  class EmptySection final : public StoreSection {
-   public:
-    QStringList keys() const override { return {text("section")}; }
-    quint64 revision() const override { return m_revision; }
-    bool isEmpty() const override { return false; }
-    Reading readFrom(const plist::Reader& reader) override {
-      const auto found = reader.find(reader.root(), u"section");
-      m_value = found ? reader.value(*found) : Value();
-      ++m_revision;
-      return {};
-    }
-    void writeTo(plist::Writer& writer, std::vector<plist::Writer::Object>& keys,
-                 std::vector<plist::Writer::Object>& values) const override {
-      keys.push_back(writer.string(text("section")));
-      values.push_back(writer.value(m_value));
-    }
-    void set(Value value) {
-      m_value = std::move(value);
-      ++m_revision;
-    }
-    Value m_value;
-    quint64 m_revision = 0;
-  } m_section;
 
   void write(const QString& value) {
     const auto store = open();
@@ -87,7 +91,7 @@ class PreferencesStoreTest : public QObject {
   void init() {
     m_environment = std::make_unique<TestEnvironment>();
     m_paths = PreferencesStore::Paths::ofUser();
-    m_section = EmptySection();
+    m_section = OneKeySection();
     m_clock.set(Date::fromUnixSeconds(1741079742));
   }
 
@@ -289,7 +293,7 @@ class PreferencesStoreTest : public QObject {
     QCOMPARE(changes, 1);
     QCOMPARE(store->string(kKey), text("theirs"));
     QCOMPARE(store->integer(text("mine")), 1);
-    QCOMPARE(m_section.m_value, Value(text("theirs")));
+    QCOMPARE(m_section.value(), Value(text("theirs")));
     QVERIFY(store->isSaved());
   }
 
@@ -299,7 +303,7 @@ class PreferencesStoreTest : public QObject {
     m_section.set(Value(text("ours")));
     writeByOthers({{text("section"), Value(text("theirs"))}});
     store->synchronize();
-    QCOMPARE(m_section.m_value, Value(text("ours")));
+    QCOMPARE(m_section.value(), Value(text("ours")));
     bool kept = false;
     for (const QString& name : filesIn(m_paths.backups)) {
       QFile copy(m_paths.backups + u'/' + name);

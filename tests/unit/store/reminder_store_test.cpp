@@ -1,5 +1,6 @@
 #include "store/reminder_store.h"
 #include "support/test_environment.h"
+#include "support/user_store.h"
 
 #include <QDir>
 #include <QFile>
@@ -31,10 +32,7 @@ class ReminderStoreTest : public QObject {
   std::unique_ptr<TestEnvironment> m_environment;
   FakeClock m_clock{Date::fromUnixSeconds(1741079742)};
 
-  std::unique_ptr<ReminderStore> open() {
-    auto store = ReminderStore::open(PreferencesStore::Paths::ofUser(), m_clock);
-    return store ? std::move(*store) : nullptr;
-  }
+  std::unique_ptr<ReminderStore> open() { return openUserStore(m_clock); }
 
   void writeFile(const Value::Dictionary& dictionary) {
     plist::Writer writer;

@@ -5,6 +5,7 @@
 #include "store/archive/text_archive.h"
 #include "support/fakes.h"
 #include "support/test_environment.h"
+#include "support/user_store.h"
 
 #include <QApplication>
 #include <QDir>
@@ -22,7 +23,7 @@ QString text(const char* utf8) {
 class Session {
  public:
   explicit Session(FakeClock& clock)
-      : store(ReminderStore::open(PreferencesStore::Paths::ofUser(), clock).value()),
+      : store(openUserStore(clock)),
         editing(*store, DraftStore(DraftStore::folderOfUser()), prompter,
                 tockwise::reminderWindows({store->preferences(), prompter, clock, {}}),
                 std::chrono::milliseconds(1)) {}

@@ -1,5 +1,6 @@
 // The window of the repeat options, driven as a user drives it.
 #include "editor/option_window_controller.h"
+#include "support/named_child.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -28,12 +29,7 @@ class OptionWindowTest : public QObject {
   std::unique_ptr<QWidget> m_editor;
   std::unique_ptr<OptionWindowController> m_window;
 
-  template <typename T> T* find(const char* name) {
-    T* found = m_window->findChild<T*>(QString::fromLatin1(name));
-    if (!found)
-      qFatal("there is no %s", name);
-    return found;
-  }
+  template <typename T> T* find(const char* name) { return namedChild<T>(*m_window, name); }
   QComboBox* pop(const char* name) { return find<QComboBox>(name); }
   QCheckBox* day(int number) { return find<QCheckBox>(qPrintable(text("ck%1").arg(number))); }
   void click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }

@@ -1,6 +1,7 @@
 // The window in which a task is chosen, driven as a user drives it.
 #include "editor/task_window_controller.h"
 #include "support/fakes.h"
+#include "support/named_child.h"
 #include "support/test_environment.h"
 
 #include <QApplication>
@@ -33,12 +34,7 @@ class TaskWindowTest : public QObject {
   std::unique_ptr<QWidget> m_editor;
   std::unique_ptr<TaskWindowController> m_window;
 
-  template <typename T> T* find(const char* name) {
-    T* found = m_window->findChild<T*>(QString::fromLatin1(name));
-    if (!found)
-      qFatal("there is no %s", name);
-    return found;
-  }
+  template <typename T> T* find(const char* name) { return namedChild<T>(*m_window, name); }
   QComboBox* taskPopUp() { return find<QComboBox>("taskPopUp"); }
   QLineEdit* pathField() { return find<QLineEdit>("pathField"); }
   void click(const char* button) { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }

@@ -2,6 +2,7 @@
 #include "editor/toned_label.h"
 #include "prefs/ui/quick_remind_pane.h"
 #include "support/fakes.h"
+#include "support/named_child.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -32,12 +33,7 @@ class QuickRemindPaneTest : public QObject {
   FakePrompter m_prompter;
   std::unique_ptr<QuickRemindPane> m_pane;
 
-  template <typename T> T* find(const char* name) {
-    T* found = m_pane->findChild<T*>(QString::fromLatin1(name));
-    if (!found)
-      qFatal("there is no %s", name);
-    return found;
-  }
+  template <typename T> T* find(const char* name) { return namedChild<T>(*m_pane, name); }
   QListView* list() { return find<QListView>("reminderMenuTable"); }
   void click(const char* button) { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
   void type(const char* field, const char* typed) {

@@ -3,6 +3,7 @@
 
 #include "store/documents/data_dictionary.h"
 #include "support/document_builder.h"
+#include "support/same_columns.h"
 
 #include <QFile>
 
@@ -27,16 +28,6 @@ inline DataDictionary toReplace(const QByteArray& archive) {
 
 inline DataDictionary toMerge(const QByteArray& archive) {
   return readFor(DictionaryUse::Merge, archive);
-}
-
-inline bool sameColumns(const Columns& one, const Columns& other) {
-  bool same = true;
-  std::apply(
-      [&](const auto&... field) {
-        ((same = same && (one.*(field.first)).values() == (other.*(field.first)).values()), ...);
-      },
-      kFields);
-  return same;
 }
 
 /// A document of tests/data/documents.

@@ -1,6 +1,7 @@
 // Documents on the disk: what is read, what is written, and what stays when that fails.
 #include "store/documents/document_file.h"
 #include "support/file_size_limit.h"
+#include "support/ordinary_user.h"
 #include "support/test_environment.h"
 
 #include <QDir>
@@ -8,9 +9,7 @@
 #include <QFileInfo>
 #include <QTest>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 using namespace tockwise;
 
@@ -37,29 +36,6 @@ QStringList everythingIn(const QString& folder) {
   return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
                                 QDir::NoDotAndDotDot);
 }
-
-// The administrator may write everything: somebody else takes over, who may enter those folders.
-class OrdinaryUser {
- public:
-  OrdinaryUser(const QString& home, const QString& folder) {
-    if (::geteuid() != 0)
-      return;
-    constexpr uid_t kNobody = 65534;
-    QVERIFY(::chmod(QFile::encodeName(home).constData(), 0755) == 0);
-    QVERIFY(::chmod(QFile::encodeName(folder).constData(), 0777) == 0);
-    QVERIFY(::seteuid(kNobody) == 0);
-    m_changed = true;
-  }
-  ~OrdinaryUser() {
-    if (m_changed && ::seteuid(0) != 0)
-      qFatal("the administrator is gone");
-  }
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
- private:
-  bool m_changed = false;
-};
 
 } // namespace
 
@@ -131,7 +107,7 @@ class DocumentFileTest : public QObject {
   void aDocumentThatMayNotBeWrittenIsNotReplaced() {
     put(path("a"), "old");
     QVERIFY(::chmod(QFile::encodeName(path("a")).constData(), 0444) == 0);
-    const OrdinaryUser user(m_environment->path(QString()), m_folder);
+    const OrdinaryUser user({m_environment->path(QString()), m_folder});
     const auto written = writeDocument(path("a"), "new");
     QVERIFY(!written.ok());
     QCOMPARE(written.error().message, path("a") + QStringLiteral(": Permission denied"));

@@ -47,6 +47,18 @@ class ListBuilder {
   }
 };
 
+// So many class records that share one chain of 64 ancestors, whose name has so many characters.
+QByteArray classesOfOneChain(size_t classes, int nameLength) {
+  ListBuilder builder;
+  const auto name = builder.list.string(QString(nameLength, u'x'));
+  const auto chain = builder.list.array(std::vector<ListBuilder::Object>(64, name));
+  const auto record =
+      builder.dictionary({{"$classname", name}, {"$classes", chain}, {"$classhints", chain}});
+  std::vector<ListBuilder::Object> objects{builder.text("$null")};
+  objects.resize(classes, record);
+  return builder.archive(objects, 1);
+}
+
 } // namespace
 
 class DocumentHostileTest : public QObject {
@@ -78,15 +90,7 @@ class DocumentHostileTest : public QObject {
   }
 
   void manyClassesThatShareOneLongChainTakeLittle() {
-    constexpr size_t kClasses = 2000;
-    ListBuilder builder;
-    const auto name = builder.list.string(QString(4000, u'x'));
-    const auto chain = builder.list.array(std::vector<ListBuilder::Object>(64, name));
-    const auto record =
-        builder.dictionary({{"$classname", name}, {"$classes", chain}, {"$classhints", chain}});
-    std::vector<ListBuilder::Object> objects{builder.text("$null")};
-    objects.resize(kClasses, record);
-    const QByteArray archive = builder.archive(objects, 1);
+    const QByteArray archive = classesOfOneChain(2000, 4000);
     QVERIFY(archive.size() < 10000);
     const MemoryGuard guard;
     QVERIFY(!unarchivedDataDictionary(archive, kPads).ok());
@@ -94,15 +98,7 @@ class DocumentHostileTest : public QObject {
   }
 
   void manyClassesThatShareOneChainOfShortNamesTakeLittle() {
-    constexpr size_t kClasses = 25000;
-    ListBuilder builder;
-    const auto name = builder.list.string(QString(250, u'x'));
-    const auto chain = builder.list.array(std::vector<ListBuilder::Object>(64, name));
-    const auto record =
-        builder.dictionary({{"$classname", name}, {"$classes", chain}, {"$classhints", chain}});
-    std::vector<ListBuilder::Object> objects{builder.text("$null")};
-    objects.resize(kClasses, record);
-    const QByteArray archive = builder.archive(objects, 1);
+    const QByteArray archive = classesOfOneChain(25000, 250);
     const MemoryGuard guard;
     QVERIFY(!unarchivedDataDictionary(archive, kPads).ok());
     QVERIFY2(guard.isBounded(), qPrintable(QString::number(guard.grownMegabytes())));
