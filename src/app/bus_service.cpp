@@ -7,8 +7,8 @@
 #include "app/desktop_actions.h"
 #include "app/desktop_facts.h"
 #include "app/json.h"
+#include "base/harmless_text.h"
 #include "base/log.h"
-#include "engine/task_runner.h"
 #include "store/documents/document_location.h"
 
 #include <QDBusConnectionInterface>

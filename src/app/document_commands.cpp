@@ -1,7 +1,7 @@
 #include "app/document_commands.h"
 
+#include "base/harmless_text.h"
 #include "base/log.h"
-#include "engine/task_runner.h"
 #include "store/documents/document_file.h"
 
 #include <QDir>

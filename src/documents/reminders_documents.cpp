@@ -1,8 +1,8 @@
 #include "documents/reminders_documents.h"
 
+#include "base/harmless_text.h"
 #include "base/log.h"
 #include "documents/task_review_window.h"
-#include "engine/task_runner.h"
 #include "store/documents/document_file.h"
 #include "store/documents/document_location.h"
 

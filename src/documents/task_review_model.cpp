@@ -1,7 +1,7 @@
 #include "documents/task_review_model.h"
 
+#include "base/harmless_text.h"
 #include "dates/calendar.h"
-#include "engine/task_runner.h"
 #include "store/text_cut.h"
 
 #include <algorithm>

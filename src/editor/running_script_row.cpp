@@ -1,6 +1,6 @@
 #include "editor/running_script_row.h"
 
-#include "engine/task_runner.h"
+#include "base/harmless_text.h"
 
 #include <QFileInfo>
 #include <QHBoxLayout>

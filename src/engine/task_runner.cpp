@@ -1,5 +1,6 @@
 #include "engine/task_runner.h"
 
+#include "base/harmless_text.h"
 #include "base/log.h"
 
 namespace tockwise {
@@ -30,25 +31,6 @@ QString endText(const ScriptEnd& end) {
 }
 
 } // namespace
-
-QString harmlessLine(const QString& text) {
-  QString line;
-  line.reserve(text.size());
-  for (const uint point : text.toUcs4()) {
-    const QChar::Category category = QChar::category(char32_t(point));
-    if (point == '\t')
-      line += u' ';
-    else if (point < 0x20)
-      line += QChar(char16_t(0x2400 + point)); // the picture of the control character
-    else if (category == QChar::Other_Control || category == QChar::Other_Format ||
-             category == QChar::Other_Surrogate || category == QChar::Separator_Line ||
-             category == QChar::Separator_Paragraph)
-      line += QChar(QChar::ReplacementCharacter);
-    else
-      line += QString::fromUcs4(reinterpret_cast<const char32_t*>(&point), 1);
-  }
-  return line;
-}
 
 QStringList scriptLogLines(const ScriptEnd& end) {
   const QString name = QStringLiteral("Script %1").arg(harmlessLine(end.path));

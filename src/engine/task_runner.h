@@ -32,8 +32,4 @@ class TaskRunner final : public QObject {
 /// control characters shown as such.
 QStringList scriptLogLines(const ScriptEnd& end);
 
-/// One line for the log: control characters, line feeds and marks that turn the writing direction
-/// are replaced by what a terminal shows and does not obey.
-QString harmlessLine(const QString& text);
-
 } // namespace tockwise

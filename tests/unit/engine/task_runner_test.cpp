@@ -159,10 +159,6 @@ class TaskRunnerTest : public QObject {
                           name + text(": \u241b[2J b\u240dc"), name + text(": \ufffd31m"),
                           name + text(": \ufffdabc"), name + text(": ")}));
   }
-
-  void lettersOfEveryLanguageStay() {
-    QCOMPARE(harmlessLine(text("Tee für 日本 \U0001F375")), text("Tee für 日本 \U0001F375"));
-  }
 };
 
 QTEST_GUILESS_MAIN(TaskRunnerTest)
