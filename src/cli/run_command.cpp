@@ -330,8 +330,8 @@ QString desktopActionOf(const Invocation& words) {
 } // namespace
 
 int failCommand(const Error& error) {
-  QString message = error.message;
-  print(stderr, QStringLiteral("tockwise: ") + message.replace(u'\n', u' ') + u'\n');
+  QString message = error.message; // may hold a name of a file that somebody else chose
+  print(stderr, QStringLiteral("tockwise: ") + harmlessLines(message.replace(u'\n', u' ')) + u'\n');
   return error.kind == Error::Kind::Usage ? kWrongWords : kFailed;
 }
 
