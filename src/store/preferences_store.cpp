@@ -305,8 +305,7 @@ Result<QString> PreferencesStore::Private::keepCopy() {
   const auto bytes = readWholeFile(paths.file);
   if (!bytes)
     return bytes.error();
-  return backups.keepBytes(elsewhere.empty() ? *bytes : withoutValues(*bytes, elsewhere),
-                           clock.now());
+  return backups.keep(elsewhere.empty() ? *bytes : withoutValues(*bytes, elsewhere), clock.now());
 }
 
 // A copy of the state before the day's first write and before the first write of a new version.
