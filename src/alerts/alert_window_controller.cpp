@@ -2,7 +2,7 @@
 
 #include "alerts/alert_look.h"
 #include "alerts/attention_request.h"
-#include "base/line_of_text.h"
+#include "base/harmless_text.h"
 #include "base/log.h"
 #include "dates/calendar.h"
 #include "store/text_cut.h"

@@ -2,6 +2,7 @@
 
 #include "alerts/kept_alerts_file.h"
 #include "base/log.h"
+#include "store/file_io.h"
 #include "store/preferences_store.h"
 #include "store/store_file.h"
 
@@ -45,11 +46,7 @@ void KeptAlerts::note() {
 }
 
 void KeptAlerts::restore() {
-  if (QFileInfo(m_path).size() > kLargestKeptFile) {
-    putAsideDamaged(QStringLiteral("it is too large"));
-    return;
-  }
-  auto bytes = readWholeFile(m_path);
+  auto bytes = readRegularFile(m_path, kLargestKeptFile);
   if (!bytes) {
     if (bytes.error().kind != Error::Kind::NotFound)
       putAsideDamaged(bytes.error().message);

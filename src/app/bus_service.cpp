@@ -7,7 +7,7 @@
 #include "app/desktop_actions.h"
 #include "app/desktop_facts.h"
 #include "app/json.h"
-#include "base/line_of_text.h"
+#include "base/harmless_text.h"
 #include "base/log.h"
 #include "store/documents/document_location.h"
 

@@ -54,7 +54,7 @@ HotKeyFacts hotKeyFacts() {
   HotKeyFacts facts;
   facts.detail = hotKeyProvider();
   facts.available = !facts.detail.isEmpty();
-  facts.states.fill(HotKeys::State::Off);
+  facts.states = allHotKeys(HotKeys::State::Off);
   return facts;
 }
 
@@ -107,8 +107,7 @@ std::vector<DesktopCheck> checksOfApplication(const PreferencesStore& preference
   facts.store = storeFacts(preferences.paths(), failure ? failure->message : QString());
   facts.hotKeys.available = hotKeys.isAvailable();
   facts.hotKeys.detail = hotKeys.detail();
-  for (const HotKey key : kHotKeys)
-    facts.hotKeys.states[size_t(key) - 1] = hotKeys.state(key);
+  facts.hotKeys.states = statesOf(hotKeys);
   if (secretStore.state() != SecretStore::State::Unknown)
     facts.secretStore = secretStore.state();
   return diagnose(facts);

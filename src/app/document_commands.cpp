@@ -1,6 +1,6 @@
 #include "app/document_commands.h"
 
-#include "base/line_of_text.h"
+#include "base/harmless_text.h"
 #include "base/log.h"
 #include "store/documents/document_file.h"
 
@@ -13,8 +13,6 @@ namespace tockwise {
 namespace {
 
 constexpr qsizetype kMostLines = 20;
-constexpr qsizetype kMostOfText = 50;  // characters
-constexpr qsizetype kMostOfPath = 200; //
 
 Result<void> checkPath(const QString& path) {
   if (QDir::isAbsolutePath(path))
@@ -33,30 +31,6 @@ Error unsound(const QString& path, const Error& error) {
 Error harmless(Error error) {
   error.message = harmlessLine(error.message);
   return error;
-}
-
-QString cut(const QString& text, qsizetype most) {
-  if (text.size() <= most)
-    return text;
-  const bool splitsPair = text.at(most - 1).isHighSurrogate();
-  return text.left(splitsPair ? most - 1 : most) + QStringLiteral("...");
-}
-
-QString whatItDoes(const Task& task) {
-  switch (task.type) {
-  case Task::WebAddress:
-    return QStringLiteral("opens the address %1");
-  case Task::Media:
-    return QStringLiteral("plays %1");
-  case Task::Document:
-    return QStringLiteral("opens %1");
-  case Task::Application:
-    return QStringLiteral("starts the application %1");
-  case Task::Script:
-    return QStringLiteral("runs the script %1");
-  default:
-    return QStringLiteral("has a task of an unknown kind: %1");
-  }
 }
 
 void blankAll(DataDictionary& dictionary) {
@@ -93,11 +67,6 @@ Result<DocumentCommands::Tasks> tasksOption(const QVariantMap& options) {
   }
   return options.value(QStringLiteral("tasks"), true).toBool() ? DocumentCommands::Tasks::Keep
                                                                : DocumentCommands::Tasks::Blank;
-}
-
-QString taskLine(const DocumentTask& task) {
-  return QStringLiteral("\"%1\" ").arg(cut(harmlessLine(task.reminder.simplified()), kMostOfText)) +
-         whatItDoes(task.task).arg(cut(harmlessLine(task.task.path), kMostOfPath));
 }
 
 DocumentCommands::DocumentCommands(ReminderStore& store, std::function<Result<void>()> onChanged)

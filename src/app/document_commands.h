@@ -54,8 +54,4 @@ class DocumentCommands {
 /// option.
 Result<DocumentCommands::Tasks> tasksOption(const QVariantMap& options);
 
-/// What a task would do by itself, in one line without control characters: its reminder and its
-/// path, each cut where it is long.
-QString taskLine(const DocumentTask& task);
-
 } // namespace tockwise

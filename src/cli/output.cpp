@@ -56,21 +56,6 @@ void appendMenu(QString& text, const QJsonArray& items, int depth) {
 
 } // namespace
 
-QString forTerminal(QString text) {
-  constexpr char16_t kPictures = 0x2400; // of U+0000 and what follows it
-  constexpr char16_t kPictureOfDelete = 0x2421;
-  for (QChar& c : text) {
-    const char16_t unit = c.unicode();
-    if (unit < 0x20 && c != u'\n' && c != u'\t')
-      c = QChar(char16_t(kPictures + unit));
-    else if (unit == 0x7f)
-      c = QChar(kPictureOfDelete);
-    else if (unit >= 0x80 && unit < 0xa0)
-      c = QChar(QChar::ReplacementCharacter);
-  }
-  return text;
-}
-
 QString listText(const QJsonArray& reminders) {
   QString text;
   for (qsizetype i = 0; i < reminders.size(); ++i) {

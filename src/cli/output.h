@@ -7,10 +7,6 @@
 
 namespace tockwise {
 
-/// The text with pictures in the place of control characters that would steer a terminal: a
-/// reminder may come from somebody else's document. Line ends and tabs stay.
-QString forTerminal(QString text);
-
 /// One line a reminder: position, date, repetition, text.
 QString listText(const QJsonArray& reminders);
 /// One field a line.

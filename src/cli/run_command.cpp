@@ -3,6 +3,7 @@
 #include "app/desktop_facts.h"
 #include "app/json.h"
 #include "app/store_messages.h"
+#include "base/harmless_text.h"
 #include "cli/activate_application.h"
 #include "cli/bus_backend.h"
 #include "cli/command_line.h"
@@ -82,7 +83,8 @@ Result<std::unique_ptr<Backend>> findBackend(const Clock& clock) {
   }
 }
 
-// Calls method and lets show make text of the JSON that it returns.
+// Calls method and lets show make text of the JSON that it returns. A reminder may come from
+// somebody else's document.
 template <typename Json, typename Show>
 Printed printJson(Backend& backend, const QString& method, const QVariantList& arguments,
                   bool asJson, Show&& show) {
@@ -94,9 +96,9 @@ Printed printJson(Backend& backend, const QString& method, const QVariantList& a
     return text;
   const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
   if constexpr (std::is_same_v<Json, QJsonArray>)
-    return forTerminal(show(document.array()));
+    return harmlessLines(show(document.array()));
   else
-    return forTerminal(show(document.object()));
+    return harmlessLines(show(document.object()));
 }
 
 // Calls a method that returns an identifier or nothing.
@@ -292,7 +294,7 @@ int printChecks(const Invocation& words) {
     checks = QJsonDocument::fromJson(reply->toString().toUtf8()).array();
   else
     checks = checksToJson(checksWithoutApplication(SystemClock()));
-  return finishWith(words.json ? jsonText(checks) : forTerminal(checksText(checks)));
+  return finishWith(words.json ? jsonText(checks) : harmlessLines(checksText(checks)));
 }
 
 // Asks the application, or does it on the store, and prints what comes of it.
@@ -328,8 +330,8 @@ QString desktopActionOf(const Invocation& words) {
 } // namespace
 
 int failCommand(const Error& error) {
-  QString message = error.message;
-  print(stderr, QStringLiteral("tockwise: ") + message.replace(u'\n', u' ') + u'\n');
+  QString message = error.message; // may hold a name of a file that somebody else chose
+  print(stderr, QStringLiteral("tockwise: ") + harmlessLines(message.replace(u'\n', u' ')) + u'\n');
   return error.kind == Error::Kind::Usage ? kWrongWords : kFailed;
 }
 

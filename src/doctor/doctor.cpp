@@ -2,8 +2,6 @@
 
 #include <QStringList>
 
-#include <algorithm>
-
 namespace tockwise {
 namespace {
 
@@ -64,11 +62,10 @@ DesktopCheck sound(const DesktopFacts& facts) {
 }
 
 QString keyNames(const HotKeyFacts& facts, State state) {
-  static constexpr char16_t kLetters[] = {u'M', u'S', u'H', u'P'};
   QStringList names;
-  for (size_t i = 0; i < facts.states.size(); ++i) {
-    if (facts.states[i] == state)
-      names += QStringLiteral("Ctrl+Super+") + QChar(kLetters[i]);
+  for (const HotKey key : kHotKeys) {
+    if (facts.states[size_t(key) - 1] == state)
+      names += QStringLiteral("Ctrl+Super+") + QChar(letterOf(key));
   }
   return names.join(QStringLiteral(", "));
 }

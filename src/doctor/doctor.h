@@ -6,7 +6,6 @@
 
 #include <QString>
 
-#include <array>
 #include <vector>
 
 namespace tockwise {
@@ -32,7 +31,7 @@ struct HotKeyFacts {
   bool available = false; // this desktop gives programs hot keys
   QString detail;         // what gives them, or why nothing does
   /// Of kHotKeys, as the running application has them; Off when none runs.
-  std::array<HotKeys::State, 4> states{};
+  HotKeyStates states{};
 };
 
 struct StoreFacts {

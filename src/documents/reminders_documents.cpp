@@ -1,6 +1,6 @@
 #include "documents/reminders_documents.h"
 
-#include "base/line_of_text.h"
+#include "base/harmless_text.h"
 #include "base/log.h"
 #include "documents/task_review_window.h"
 #include "store/documents/document_file.h"

@@ -1,6 +1,6 @@
 #include "documents/task_review_model.h"
 
-#include "base/line_of_text.h"
+#include "base/harmless_text.h"
 #include "dates/calendar.h"
 #include "store/text_cut.h"
 
@@ -11,27 +11,6 @@ namespace {
 
 // Characters of a cell: more than any screen shows, and few enough to be measured at each paint.
 constexpr qsizetype kMostOfCell = 300;
-
-bool startsNothingHere(const Task& task) {
-  return task.type == Task::WebAddress || task.type == Task::Media;
-}
-
-QString kindText(qint64 type) {
-  switch (type) {
-  case Task::WebAddress:
-    return QStringLiteral("Opens a web address");
-  case Task::Media:
-    return QStringLiteral("Plays a media file");
-  case Task::Document:
-    return QStringLiteral("Opens a document");
-  case Task::Application:
-    return QStringLiteral("Starts an application");
-  case Task::Script:
-    return QStringLiteral("Runs a script");
-  default:
-    return QStringLiteral("Unknown kind %1").arg(type);
-  }
-}
 
 QString firesText(Date fires) {
   if (!(fires < kDistantFuture))
@@ -78,7 +57,7 @@ QString TaskReviewModel::text(int row, int column) const {
   case Fires:
     return firesText(task.fires);
   case Kind:
-    return kindText(task.task.type);
+    return taskKindText(task.task);
   default:
     return harmlessLine(cutText(task.task.path, kMostOfCell, more));
   }

@@ -1,6 +1,6 @@
 #include "editor/running_script_row.h"
 
-#include "base/line_of_text.h"
+#include "base/harmless_text.h"
 
 #include <QFileInfo>
 #include <QHBoxLayout>

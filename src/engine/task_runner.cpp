@@ -1,6 +1,6 @@
 #include "engine/task_runner.h"
 
-#include "base/line_of_text.h"
+#include "base/harmless_text.h"
 #include "base/log.h"
 
 namespace tockwise {

@@ -4,12 +4,20 @@
 #include <QObject>
 #include <QString>
 
+#include <algorithm>
+#include <array>
+#include <iterator>
+
 namespace tockwise {
 
 /// The numbers of the hot keys: Control and Super together with M, S, H and P.
 enum class HotKey { NewReminder = 1, ShowAlerts = 2, HideAlerts = 3, PrintAlerts = 4 };
 inline constexpr HotKey kHotKeys[] = {HotKey::NewReminder, HotKey::ShowAlerts, HotKey::HideAlerts,
                                       HotKey::PrintAlerts};
+/// The letter on the key, a capital.
+constexpr char16_t letterOf(HotKey key) {
+  return u"MSHP"[size_t(key) - 1];
+}
 
 /// Main thread.
 class HotKeys : public QObject {
@@ -39,5 +47,19 @@ class HotKeys : public QObject {
   void pressed(int number);
   void stateChanged();
 };
+
+/// The states of all four, in the order of kHotKeys.
+using HotKeyStates = std::array<HotKeys::State, std::size(kHotKeys)>;
+
+constexpr HotKeyStates allHotKeys(HotKeys::State state) {
+  return {state, state, state, state};
+}
+/// As they are now. Main thread.
+inline HotKeyStates statesOf(const HotKeys& hotKeys) {
+  HotKeyStates states{};
+  std::transform(std::begin(kHotKeys), std::end(kHotKeys), states.begin(),
+                 [&](HotKey key) { return hotKeys.state(key); });
+  return states;
+}
 
 } // namespace tockwise

@@ -3,34 +3,39 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <iterator>
 
 namespace tockwise {
 namespace {
 
 struct Row {
-  const char16_t* letter;
   const char16_t* does;
   const char16_t* command; // for a key that the user binds
 };
 
 // In the order of kHotKeys.
 constexpr Row kRows[] = {
-    {u"M", u"opens the editor for a new reminder", u"tockwise new"},
-    {u"S", u"shows all current alerts", u"tockwise alerts show"},
-    {u"H", u"hides all current alerts", u"tockwise alerts hide"},
-    {u"P", u"prints all current alerts", u"tockwise print --alerts"},
+    {u"opens the editor for a new reminder", u"tockwise new"},
+    {u"shows all current alerts", u"tockwise alerts show"},
+    {u"hides all current alerts", u"tockwise alerts hide"},
+    {u"prints all current alerts", u"tockwise print --alerts"},
 };
 
-using States = std::array<HotKeys::State, 4>;
 using State = HotKeys::State;
 
+const Row& rowOf(HotKey key) {
+  return kRows[size_t(key) - 1];
+}
+
+QString nameOf(HotKey key) {
+  return QStringLiteral("Control+Super+") + QChar(letterOf(key));
+}
+
 /// "Control+Super+M, S and P" of the keys that are in that state.
-QString keysIn(State state, const States& states) {
+QString keysIn(State state, const HotKeyStates& states) {
   QStringList letters;
-  for (size_t i = 0; i < states.size(); ++i) {
-    if (states[i] == state)
-      letters += QString::fromUtf16(kRows[i].letter);
+  for (const HotKey key : kHotKeys) {
+    if (states[size_t(key) - 1] == state)
+      letters += QChar(letterOf(key));
   }
   const QString last = letters.takeLast();
   const QString others = letters.join(QStringLiteral(", "));
@@ -40,11 +45,8 @@ QString keysIn(State state, const States& states) {
 
 QString meanings() {
   QStringList lines;
-  for (const Row& row : kRows) {
-    lines += QStringLiteral("Control+Super+%1 %2")
-                 .arg(QStringView(row.letter))
-                 .arg(QStringView(row.does));
-  }
+  for (const HotKey key : kHotKeys)
+    lines += QStringLiteral("%1 %2").arg(nameOf(key), QStringView(rowOf(key).does));
   return lines.join(u'\n');
 }
 
@@ -65,7 +67,7 @@ HotKeyText notAvailable(const QString& detail) {
               commands()};
 }
 
-HotKeyText taken(const States& states) {
+HotKeyText taken(const HotKeyStates& states) {
   const qsizetype count = std::count(states.begin(), states.end(), State::Taken);
   const QString keys = keysIn(State::Taken, states);
   return {(count == 1 ? QStringLiteral("%1 is taken by another program")
@@ -80,11 +82,7 @@ HotKeyText taken(const States& states) {
 
 } // namespace
 
-QString hotKeyCommand(HotKey key) {
-  return QString::fromUtf16(kRows[size_t(key) - 1].command);
-}
-
-HotKeyText hotKeyText(const States& states, const QString& detail) {
+HotKeyText hotKeyText(const HotKeyStates& states, const QString& detail) {
   const auto any = [&](State state) {
     return std::find(states.begin(), states.end(), state) != states.end();
   };
@@ -100,15 +98,29 @@ HotKeyText hotKeyText(const States& states, const QString& detail) {
 }
 
 HotKeyText hotKeyText(const HotKeys& hotKeys) {
-  States states;
-  std::transform(std::begin(kHotKeys), std::end(kHotKeys), states.begin(),
-                 [&](HotKey key) { return hotKeys.state(key); });
-  return hotKeyText(states, hotKeys.detail());
+  return hotKeyText(statesOf(hotKeys), hotKeys.detail());
+}
+
+QString hotKeyStateText(HotKey key, State state) {
+  const QStringView command(rowOf(key).command);
+  switch (state) {
+  case State::Off:
+    return QStringLiteral("off");
+  case State::Pending:
+    return QStringLiteral("waiting for the desktop");
+  case State::Registered:
+    return QStringLiteral("works");
+  case State::Taken:
+    return QStringLiteral("taken by another program; instead bind: %1").arg(command);
+  case State::NotAvailable:
+    return QStringLiteral("not available here; instead bind: %1").arg(command);
+  }
+  return {};
 }
 
 QString hotKeyPressText(HotKey key, HotKeys::State state) {
-  const Row& row = kRows[size_t(key) - 1];
-  const QString words = QStringLiteral("Control+Super+%1").arg(QStringView(row.letter));
+  const Row& row = rowOf(key);
+  const QString words = nameOf(key);
   if (state == State::Registered)
     return QStringLiteral("%1 works: it %2").arg(words).arg(QStringView(row.does));
   if (state == State::Off)

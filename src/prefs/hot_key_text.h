@@ -5,8 +5,6 @@
 
 #include <QString>
 
-#include <array>
-
 namespace tockwise {
 
 struct HotKeyText {
@@ -14,15 +12,16 @@ struct HotKeyText {
   QString toolTip; // several lines: what each key does, and what to do about those that don't work
 };
 
-/// states: in the order of kHotKeys; detail: of HotKeys. Any thread.
-HotKeyText hotKeyText(const std::array<HotKeys::State, 4>& states, const QString& detail);
+/// detail: of HotKeys. Any thread.
+HotKeyText hotKeyText(const HotKeyStates& states, const QString& detail);
 /// The same of keys as they are now. Main thread.
 HotKeyText hotKeyText(const HotKeys& hotKeys);
 
-/// What the user can bind to a key in the desktop's own settings. Any thread.
-QString hotKeyCommand(HotKey key);
+/// How it is with one key, in a few words; of one that does not work, what can be bound to a key of
+/// the user's own in its place. Any thread.
+QString hotKeyStateText(HotKey key, HotKeys::State state);
 
-/// One line on what pressing a key came to where the program itself received it.
+/// One line on what pressing a key came to where the program itself received it. Any thread.
 QString hotKeyPressText(HotKey key, HotKeys::State state);
 
 } // namespace tockwise

@@ -24,15 +24,6 @@ QString xdgFolder(const char* variable, const QString& underHome) {
   return QDir::isAbsolutePath(folder) ? folder : QDir::home().filePath(underHome);
 }
 
-// "….damaged-20261121-065500", and further if there is one already.
-QString damagedName(const QString& file, Date now) {
-  const QString stamp = file + QStringLiteral(".damaged-") + fileStamp(now);
-  QString name = stamp;
-  for (int i = 1; QFileInfo::exists(name); ++i)
-    name = QStringLiteral("%1-%2").arg(stamp).arg(i);
-  return name;
-}
-
 } // namespace
 
 PreferencesStore::Paths PreferencesStore::Paths::ofUser() {
@@ -121,9 +112,10 @@ Result<void> PreferencesStore::Private::openFile() {
 
 void PreferencesStore::Private::moveAside() {
   notice = {};
-  notice.damagedKeptAs = damagedName(paths.file, clock.now());
-  if (!QFile::rename(paths.file, notice.damagedKeptAs))
-    QFile::copy(paths.file, notice.damagedKeptAs);
+  // Where it cannot be moved, nothing can be written in its place either: it stays.
+  const auto moved =
+      tockwise::putAside(paths.file, QStringLiteral(".damaged-") + fileStamp(clock.now()));
+  notice.damagedKeptAs = moved.value_or(paths.file);
   identity.reset();
   mustWrite = true;
 }
@@ -313,8 +305,7 @@ Result<QString> PreferencesStore::Private::keepCopy() {
   const auto bytes = readWholeFile(paths.file);
   if (!bytes)
     return bytes.error();
-  return backups.keepBytes(elsewhere.empty() ? *bytes : withoutValues(*bytes, elsewhere),
-                           clock.now());
+  return backups.keep(elsewhere.empty() ? *bytes : withoutValues(*bytes, elsewhere), clock.now());
 }
 
 // A copy of the state before the day's first write and before the first write of a new version.

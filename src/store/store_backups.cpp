@@ -43,12 +43,7 @@ bool StoreBackups::hasCopyOfDay(Date now) const {
   return false;
 }
 
-Result<QString> StoreBackups::keep(const QString& file, Date now) {
-  const auto bytes = readWholeFile(file);
-  return bytes ? keepBytes(*bytes, now) : bytes.error();
-}
-
-Result<QString> StoreBackups::keepBytes(const QByteArray& bytes, Date now) {
+Result<QString> StoreBackups::keep(const QByteArray& bytes, Date now) {
   if (const auto made = makePrivateFolder(m_folder); !made)
     return made.error();
   const QString stamp = kBaseName + fileStamp(now);

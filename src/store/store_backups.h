@@ -20,11 +20,9 @@ class StoreBackups {
 
   explicit StoreBackups(QString folder);
 
-  /// Keeps a copy of file under the date and time; returns its path. NotFound when there is
-  /// no file to keep.
-  Result<QString> keep(const QString& file, Date now);
-  /// The same with these bytes.
-  Result<QString> keepBytes(const QByteArray& bytes, Date now);
+  /// Keeps bytes, a store's file, under the date and time; returns the path of the copy. Storage
+  /// when it cannot be written.
+  Result<QString> keep(const QByteArray& bytes, Date now);
   /// Takes the values of these keys out of every copy that has them; see kept_elsewhere.h.
   void removeValues(const std::set<QString>& keys);
   /// Whether a copy of that day (UTC) was kept.

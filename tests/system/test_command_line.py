@@ -68,6 +68,13 @@ class WithoutApplication(Contract, RichContract, SystemTest):
             self.assertIn(b"not in UTF-8", done.stderr)
         self.assertEqual(self.reminders(), [])
 
+    def test_a_name_in_an_error_does_not_steer_the_terminal(self):
+        for words in ("show", "save", "", "prefs get"):
+            done = self.shell(f'"$0" {words} "$(printf "/no\\033[2J/a.tockwise")"')
+            self.assertNotEqual(done.returncode, 0, words)
+            self.assertIn("\u241b[2J".encode(), done.stderr, words)
+            self.assertNotIn(b"\033", done.stderr, words)
+
     def test_a_bus_that_ends_before_the_answer_leaves_the_store_to_the_command(self):
         self.add("Tea", "--in", "1 Hour")
         calls = self.session.bus.never_answer(NAME, PATH, INTERFACE, "List")

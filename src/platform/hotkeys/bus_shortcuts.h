@@ -6,15 +6,7 @@
 #include <QObject>
 #include <QString>
 
-#include <array>
-
 namespace tockwise {
-
-using HotKeyStates = std::array<HotKeys::State, 4>; // in the order of kHotKeys
-
-constexpr HotKeyStates allHotKeys(HotKeys::State state) {
-  return {state, state, state, state};
-}
 
 /// What a service is told of one key.
 struct ShortcutName {

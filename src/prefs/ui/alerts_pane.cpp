@@ -1,20 +1,13 @@
 #include "prefs/ui/alerts_pane.h"
 
 #include "alerts/alert_sounds.h"
+#include "prefs/sound_choice.h"
 #include "ui_AlertsPane.h"
 
 #include <QFileInfo>
 
 namespace tockwise {
 namespace {
-
-QString fileNameKey() {
-  return QStringLiteral("selectedSoundFilename");
-}
-
-QString indexKey() {
-  return QStringLiteral("reminderSoundPopUpButtonSelectedIndex");
-}
 
 QString randomlyKey() {
   return QStringLiteral("pickSoundRandomly");
@@ -35,7 +28,9 @@ AlertsPane::AlertsPane(const PreferenceSurroundings& surroundings, QWidget* pare
   for (const QString& sound : m_sounds)
     m_ui->reminderSoundPopUp->addItem(sound);
   // One control shows both settings of the sound.
-  m_ui->reminderSoundPopUp->setProperty("setting", QStringList{fileNameKey(), indexKey()});
+  m_ui->reminderSoundPopUp->setProperty(
+      "setting", QStringList{QStringLiteral("selectedSoundFilename"),
+                             QStringLiteral("reminderSoundPopUpButtonSelectedIndex")});
   connect(m_ui->reminderSoundPopUp, &QComboBox::activated, this,
           &AlertsPane::reminderSoundPopUpAction);
   connect(m_ui->playSoundButton, &QPushButton::clicked, this,
@@ -47,9 +42,7 @@ AlertsPane::~AlertsPane() = default;
 void AlertsPane::reminderSoundPopUpAction(int index) {
   const QString title = m_ui->reminderSoundPopUp->itemText(index);
   play(title);
-  settings().setValue(fileNameKey(), title);
-  settings().setValue(indexKey(), qint64(index));
-  settings().synchronize();
+  chooseSound(settings(), title, index);
   showState();
   Q_EMIT settingsWritten();
 }
@@ -61,21 +54,9 @@ void AlertsPane::play(const QString& sound) {
     m_player.play(path);
 }
 
-// The stored index counts as long as it leads to the stored name, which is what alerts go by.
-qsizetype AlertsPane::selectedSound() const {
-  const bool named = settings().isSet(fileNameKey());
-  if (settings().isSet(indexKey())) {
-    const qint64 index = settings().integer(indexKey());
-    const bool inList = index >= 0 && index < m_sounds.size();
-    if (inList && (!named || m_sounds[index] == settings().string(fileNameKey())))
-      return index;
-  }
-  return m_sounds.indexOf(named ? settings().string(fileNameKey())
-                                : QString::fromUtf16(kFallbackSound));
-}
-
 void AlertsPane::showState() {
-  m_ui->reminderSoundPopUp->setCurrentIndex(int(selectedSound()));
+  const QString fallback = QString::fromUtf16(kFallbackSound);
+  m_ui->reminderSoundPopUp->setCurrentIndex(int(chosenSound(settings(), m_sounds, fallback)));
   const bool randomly = settings().boolean(randomlyKey());
   m_ui->reminderSoundPopUp->setEnabled(!randomly && !m_sounds.isEmpty());
   m_ui->playSoundButton->setEnabled(!randomly && m_ui->reminderSoundPopUp->currentIndex() >= 0);
@@ -84,7 +65,7 @@ void AlertsPane::showState() {
     note = QStringLiteral("The sounds of Tockwise were not found. Install it again.");
   else if (m_ui->reminderSoundPopUp->currentIndex() < 0)
     note = QStringLiteral("“%1” is not among the sounds; alerts play “%2”.")
-               .arg(settings().string(fileNameKey()), QString::fromUtf16(kFallbackSound));
+               .arg(settings().string(QStringLiteral("selectedSoundFilename")), fallback);
   m_ui->soundNote->say(note, TonedLabel::Tone::Warning);
   m_ui->soundNote->setVisible(!note.isEmpty());
 }

@@ -24,8 +24,6 @@ class AlertsPane final : public PreferencePane {
   /// The user chose a sound: plays it once, and stores it.
   void reminderSoundPopUpAction(int index);
   void play(const QString& sound);
-  /// The entry of the sound that alerts play; -1 when it is none of the list.
-  qsizetype selectedSound() const;
 
   SoundPlayer& m_player;
   QStringList m_sounds;

@@ -9,22 +9,6 @@ namespace {
 
 constexpr char16_t kLoginItem[] = u"loginItem";
 
-QString stateText(HotKeys::State state, const QString& command) {
-  switch (state) {
-  case HotKeys::State::Off:
-    return QStringLiteral("off");
-  case HotKeys::State::Pending:
-    return QStringLiteral("waiting for the desktop");
-  case HotKeys::State::Registered:
-    return QStringLiteral("works");
-  case HotKeys::State::Taken:
-    return QStringLiteral("taken by another program; instead bind: %1").arg(command);
-  case HotKeys::State::NotAvailable:
-    return QStringLiteral("not available here; instead bind: %1").arg(command);
-  }
-  return {};
-}
-
 } // namespace
 
 GeneralPane::GeneralPane(const PreferenceSurroundings& surroundings, QWidget* parent)
@@ -88,7 +72,7 @@ void GeneralPane::showHotKeys() {
     const auto index = size_t(key) - 1;
     const HotKeys::State state = m_hotKeys.state(key);
     missing |= state == HotKeys::State::Taken || state == HotKeys::State::NotAvailable;
-    states[index]->setText(stateText(state, hotKeyCommand(key)));
+    states[index]->setText(hotKeyStateText(key, state));
   }
   QString hint;
   if (missing)

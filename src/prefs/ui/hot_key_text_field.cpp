@@ -4,6 +4,8 @@
 
 #include <QKeyEvent>
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 
 namespace tockwise {
@@ -13,18 +15,10 @@ std::optional<HotKey> hotKeyOf(const QKeyEvent& event) {
   const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
   if (modifiers != (Qt::ControlModifier | Qt::MetaModifier))
     return std::nullopt;
-  switch (event.key()) {
-  case Qt::Key_M:
-    return HotKey::NewReminder;
-  case Qt::Key_S:
-    return HotKey::ShowAlerts;
-  case Qt::Key_H:
-    return HotKey::HideAlerts;
-  case Qt::Key_P:
-    return HotKey::PrintAlerts;
-  default:
-    return std::nullopt;
-  }
+  const auto* found = std::find_if(std::begin(kHotKeys), std::end(kHotKeys), [&](HotKey key) {
+    return event.key() == int(letterOf(key)); // Qt numbers the keys of letters by their capitals
+  });
+  return found == std::end(kHotKeys) ? std::nullopt : std::optional(*found);
 }
 
 } // namespace
@@ -46,10 +40,8 @@ void HotKeyTextField::follow(HotKeys& hotKeys) {
 }
 
 void HotKeyTextField::showState() {
-  const HotKeyText text = m_hotKeys ? hotKeyText(*m_hotKeys)
-                                    : hotKeyText({HotKeys::State::Off, HotKeys::State::Off,
-                                                  HotKeys::State::Off, HotKeys::State::Off},
-                                                 QString());
+  const HotKeyText text =
+      m_hotKeys ? hotKeyText(*m_hotKeys) : hotKeyText(allHotKeys(HotKeys::State::Off), QString());
   if (this->text() != text.line)
     setText(text.line);
   setCursorPosition(0);

@@ -8,9 +8,6 @@
 namespace tockwise {
 namespace {
 
-constexpr qint64 kBeat = 10;    // seconds: the period is a multiple of it
-constexpr qint64 kSlowest = 60; // seconds: the slowest pace that has a button
-
 /// What an empty field means for a setting that has a value: it is kept.
 QString keepingText(const QString& stored, const QString& example) {
   return stored.isEmpty() ? example : QStringLiteral("keeps %1").arg(stored);
@@ -45,14 +42,14 @@ MailServerPane::MailServerPane(const PreferenceSurroundings& surroundings, QWidg
 MailServerPane::~MailServerPane() = default;
 
 void MailServerPane::bindRate() {
-  auto* rates = new QButtonGroup(this);
-  rates->setObjectName(QStringLiteral("rateGroup"));
+  m_rates = new QButtonGroup(this);
+  m_rates->setObjectName(QStringLiteral("rateGroup"));
   int index = 0;
   for (QRadioButton* button :
        {m_ui->rate10, m_ui->rate20, m_ui->rate30, m_ui->rate40, m_ui->rate50, m_ui->rate60})
-    rates->addButton(button, index++);
+    m_rates->addButton(button, index++);
   const QString key = QStringLiteral("rateIndex");
-  controls().bindAtOnce(key, rates);
+  controls().bindAtOnce(key, m_rates);
   connect(&controls(), &SettingControls::written, &m_mailBeat, [this, key](const QString& written) {
     if (written == key)
       m_mailBeat.beatChanged();
@@ -98,10 +95,9 @@ void MailServerPane::showServer() {
 }
 
 void MailServerPane::showRate() {
-  const qint64 seconds = (settings().integer(QStringLiteral("rateIndex")) + 1) * kBeat;
   QString note;
-  if (seconds > kSlowest)
-    note = QStringLiteral("Now one message every %1 seconds.").arg(seconds);
+  if (m_rates->checkedId() < 0) // a pace that has no button
+    note = QStringLiteral("Now one message every %1 seconds.").arg(m_mailBeat.period().count());
   m_ui->rateNote->setText(note);
   m_ui->rateNote->setVisible(!note.isEmpty());
 }

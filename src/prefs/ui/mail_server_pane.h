@@ -6,6 +6,8 @@
 
 #include <memory>
 
+class QButtonGroup;
+
 namespace Ui {
 class MailServerPane;
 }
@@ -31,6 +33,7 @@ class MailServerPane final : public PreferencePane {
   MailBeat& m_mailBeat;
   std::function<QString()> m_passwordHint;
   std::unique_ptr<Ui::MailServerPane> m_ui;
+  QButtonGroup* m_rates = nullptr; // a child
 };
 
 } // namespace tockwise

@@ -1,6 +1,6 @@
 #include "prefs/ui/preference_window_controller.h"
 
-#include "editor/window_placement.h"
+#include "alerts/screen_places.h"
 #include "prefs/ui/alerts_pane.h"
 #include "prefs/ui/desktop_pane.h"
 #include "prefs/ui/editor_pane.h"
@@ -15,7 +15,6 @@
 
 #include <QCloseEvent>
 #include <QFileDialog>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <QScreen>
@@ -161,8 +160,7 @@ void PreferenceWindowController::place() {
   if (m_isPlaced)
     return;
   m_isPlaced = true;
-  const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
-  const QRect room = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+  const QRect room = screenWithPointer()->availableGeometry();
   QRect window(QPoint(), kSize.expandedTo(minimumSizeHint()).boundedTo(room.size() * 0.9));
   window.moveCenter(room.center());
   setGeometry(window);

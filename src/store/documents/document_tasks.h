@@ -18,7 +18,20 @@ struct DocumentTask {
 /// fire, in their order. Any one thread.
 std::vector<DocumentTask> tasksOf(const DataDictionary& dictionary);
 
-/// Blanks the task of that row; a row that is not there is ignored.
+/// Blanks the task of that row; a row that is not there is ignored. Any one thread.
 void blankTask(DataDictionary& dictionary, qsizetype row);
+
+// Any thread:
+
+/// Whether a task opens nothing but an address or a media file: its author then chooses no program
+/// that would start on this machine.
+bool startsNothingHere(const Task& task);
+
+/// What a task does, as a heading: "Runs a script".
+QString taskKindText(const Task& task);
+
+/// What a task would do by itself, in one line without control characters: its reminder and its
+/// path, each cut where it is long.
+QString taskLine(const DocumentTask& task);
 
 } // namespace tockwise

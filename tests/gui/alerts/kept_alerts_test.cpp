@@ -258,6 +258,18 @@ class KeptAlertsTest : public QObject {
     QCOMPARE(readKeptAlerts(contents(m_path))->states.size(), size_t(1));
   }
 
+  void aFileBeyondTheLimitIsPutAsideUnread() {
+    write(m_path, QByteArray());
+    QVERIFY(QFile::resize(m_path, kLargestKeptFile + 1)); // takes no room on the disk
+    QTest::ignoreMessage(
+        QtInfoMsg, QRegularExpression(QStringLiteral(
+                       "^Cannot read the kept alerts in .* is larger than 256 MB; the file is "
+                       "kept as .*alerts\\.plist\\.damaged$")));
+    Run run(m_path);
+    QVERIFY(run.texts().isEmpty());
+    QVERIFY(!QFile::exists(m_path));
+  }
+
   void damagedEntriesAreLeftOutAndTheOthersComeBack_data() {
     QTest::addColumn<QString>("key");
     QTest::addColumn<bool>("isNumber");

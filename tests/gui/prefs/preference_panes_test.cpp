@@ -13,6 +13,8 @@
 #include <QSignalSpy>
 #include <QTableWidget>
 
+#include <limits>
+
 using namespace tockwise;
 
 class PreferencePanesTest : public PreferenceTest {
@@ -212,6 +214,20 @@ class PreferencePanesTest : public PreferenceTest {
     click("rate60");
     QCOMPARE(m_preferences->settings.integer(text("rateIndex")), qint64(5));
     QVERIFY(!isShown("rateNote"));
+  }
+
+  void aRateOutOfReasonIsSaidAsItBeats_data() {
+    QTest::addColumn<qint64>("index");
+    QTest::addColumn<QString>("note");
+    QTest::newRow("negative") << -4LL << text("Now one message every 10 seconds.");
+    QTest::newRow("huge") << std::numeric_limits<qint64>::max()
+                          << text("Now one message every 10000010 seconds.");
+  }
+  void aRateOutOfReasonIsSaidAsItBeats() {
+    QFETCH(qint64, index);
+    set("rateIndex", index);
+    open(Pane::MailServer);
+    QTEST(label("rateNote"), "note");
   }
 
   // The editor.

@@ -224,37 +224,6 @@ class DocumentCommandsTest : public QObject {
          {QVariantMap{{text("tasks"), text("no")}}, QVariantMap{{text("Tasks"), false}}})
       QCOMPARE(tasksOption(options).error().kind, Error::Kind::Usage);
   }
-
-  void aLineTellsWhatATaskDoes_data() {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QString>("line");
-    QTest::newRow("address") << 0 << text("\"Tea\" opens the address x");
-    QTest::newRow("media") << 1 << text("\"Tea\" plays x");
-    QTest::newRow("document") << 2 << text("\"Tea\" opens x");
-    QTest::newRow("application") << 3 << text("\"Tea\" starts the application x");
-    QTest::newRow("script") << 4 << text("\"Tea\" runs the script x");
-    QTest::newRow("unknown") << 77 << text("\"Tea\" has a task of an unknown kind: x");
-  }
-  void aLineTellsWhatATaskDoes() {
-    QFETCH(int, type);
-    QFETCH(QString, line);
-    QCOMPARE(taskLine({0, text("Tea"), {}, {false, type, text("x")}}), line);
-  }
-
-  void aLineObeysNothingInItsTexts() {
-    const QString line = taskLine({0,
-                                   text("two\nlines\t\x1b[31mred %1\u202e"),
-                                   {},
-                                   {false, Task::Script, text("/bin/a\r\nb %1 %2")}});
-    QCOMPARE(line, text("\"two lines ␛[31mred %1�\" runs the script /bin/a␍␊b %1 %2"));
-  }
-
-  void longTextsAreCut() {
-    const QString line =
-        taskLine({0, QString(49, u'a') + text("😀😀"), {}, {false, 4, QString(500, u'p')}});
-    QCOMPARE(line, QStringLiteral("\"%1...\" runs the script %2...")
-                       .arg(QString(49, u'a'), QString(200, u'p')));
-  }
 };
 
 QTEST_GUILESS_MAIN(DocumentCommandsTest)

@@ -30,6 +30,7 @@ class HotKeyTextTest : public QObject {
   void whatToBindIsSaidWhereThereAreNoHotKeys();
   void whyThereAreNoneIsSaid();
   void everyKeyIsExplained();
+  void eachStateHasItsWordsAndWhatToBindInstead();
   void pressedKeysAreAnswered();
   void theKeysThemselvesAreAsked();
 };
@@ -88,6 +89,19 @@ void HotKeyTextTest::everyKeyIsExplained() {
     for (const char* key : {"Super+M opens", "Super+S shows", "Super+H hides", "Super+P prints"})
       QVERIFY2(toolTip.contains(QLatin1String(key)), key);
   }
+}
+
+void HotKeyTextTest::eachStateHasItsWordsAndWhatToBindInstead() {
+  const auto words = [](State state) { return hotKeyStateText(HotKey::ShowAlerts, state); };
+  QCOMPARE(words(State::Off), QStringLiteral("off"));
+  QCOMPARE(words(State::Pending), QStringLiteral("waiting for the desktop"));
+  QCOMPARE(words(State::Registered), QStringLiteral("works"));
+  QCOMPARE(words(State::Taken),
+           QStringLiteral("taken by another program; instead bind: tockwise alerts show"));
+  QCOMPARE(words(State::NotAvailable),
+           QStringLiteral("not available here; instead bind: tockwise alerts show"));
+  QCOMPARE(hotKeyStateText(HotKey::PrintAlerts, State::Taken),
+           QStringLiteral("taken by another program; instead bind: tockwise print --alerts"));
 }
 
 void HotKeyTextTest::pressedKeysAreAnswered() {
