@@ -1,6 +1,6 @@
 #include "engine/tick_timer.h"
-#include "log_lines.h"
 #include "support/fakes.h"
+#include "support/log_lines.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -180,7 +180,7 @@ class TickTimerTest : public QObject {
     f->clock.advance(1);
     const LogLines log;
     f->shots[0].work();
-    QCOMPARE(log.lines, QStringList{QStringLiteral("Set Wait to NO")});
+    QCOMPARE(log.lines(), QStringList{QStringLiteral("Set Wait to NO")});
     QVERIFY(!f->tick.wait());
     QCOMPARE(f->actions.alerts.size(), size_t(2));
   }
@@ -207,7 +207,7 @@ class TickTimerTest : public QObject {
     const LogLines log;
     f->shots[0].work();
     QVERIFY(f->tick.wait());
-    QCOMPARE(log.lines, QStringList());
+    QCOMPARE(log.lines(), QStringList());
     f->shots[1].work();
     QVERIFY(!f->tick.wait());
     QCOMPARE(f->actions.alerts.size(), size_t(1));
