@@ -44,6 +44,13 @@ struct Fixture {
     clock.set(*wakeTimer.armed);
     wakeTimer.expire();
   }
+  /// Everything that makes it tick when it may.
+  void urge() {
+    timer.poke();
+    timer.setEverySecond(true);
+    wakeTimer.changeClock();
+    QCoreApplication::processEvents();
+  }
 };
 
 } // namespace
@@ -155,10 +162,7 @@ class TickTimerTest : public QObject {
     f->timer.start();
     f->power.sleep();
     QVERIFY(!f->wakeTimer.armed);
-    f->timer.poke();
-    f->timer.setEverySecond(true);
-    f->wakeTimer.changeClock();
-    QCoreApplication::processEvents();
+    f->urge();
     QCOMPARE(f->ticks, 1);
     QVERIFY(!f->wakeTimer.armed);
   }
@@ -238,10 +242,7 @@ class TickTimerTest : public QObject {
     f->timer.hold(true);
     QVERIFY(!f->wakeTimer.armed);
     f->clock.advance(3600);
-    f->timer.poke();
-    f->timer.setEverySecond(true);
-    f->wakeTimer.changeClock();
-    QCoreApplication::processEvents();
+    f->urge();
     QCOMPARE(f->ticks, 1);
     QVERIFY(!f->wakeTimer.armed);
     QCOMPARE(f->actions.alerts.size(), size_t(0));
