@@ -38,6 +38,8 @@ class LogLines {
   LogLines(const LogLines&) = delete;
   LogLines& operator=(const LogLines&) = delete;
 
+  /// What was logged and has not been taken.
+  const QStringList& lines() const { return s_lines; }
   /// What was logged since the last call.
   QStringList take() { return std::exchange(s_lines, QStringList()); }
 

@@ -1,118 +1,18 @@
 // The subsystems connected: what happens to a reminder between the tick, the alert and the store.
 #include "app/alert_commands.h"
-#include "app/app_controller.h"
-#include "app/menu_operations.h"
-#include "store/archive/text_archive.h"
-#include "store/documents/document_file.h"
+#include "app_controller_fixture.h"
 #include "store/plist_reader.h"
 #include "store/store_file.h"
-#include "support/fake_pasteboard.h"
-#include "support/fakes.h"
-#include "support/test_environment.h"
-#include "support/user_store.h"
 
 #include <QApplication>
-#include <QDialog>
 #include <QFileInfo>
 #include <QSignalSpy>
-#include <QTest>
-#include <QTimer>
 
 using namespace tockwise;
 
-namespace {
-QString text(const char* utf8) {
-  return QString::fromUtf8(utf8);
-}
-} // namespace
-
-class AppControllerTest : public QObject {
+class AppControllerTest : public AppControllerFixture {
   Q_OBJECT
-
-  std::unique_ptr<TestEnvironment> m_environment;
-  FakeClock m_clock;
-  FakePrompter* m_prompter = nullptr;
-  FakeSoundPlayer* m_sounds = nullptr;
-  FakeWakeTimer* m_wakeTimer = nullptr;
-  FakeWorkspace* m_workspace = nullptr;
-  FakeScriptHost* m_scripts = nullptr;
-  FakePasteboard* m_pasteboard = nullptr;
-  ReminderStore* m_store = nullptr; // the controller's
-  std::unique_ptr<AppController> m_controller;
-
-  QString addDue(const char* words, QVariantMap options = {}) {
-    options.insert(text("at"), text("2025-03-04 09:00"));
-    return *m_controller->commands().add(text(words), options);
-  }
-  QString addLater(const char* words) {
-    return *m_controller->commands().add(text(words), {{text("in"), text("2 Hours")}});
-  }
-  QStringList textsOfQueue() {
-    QStringList texts;
-    for (const QJsonValue& reminder : m_controller->commands().list())
-      texts += reminder.toObject()[text("reminderDescriptions")].toString();
-    return texts;
-  }
-  void choose(const char* action, qint64 tag = 0, const QString& reminderUUID = {},
-              const char* title = "") {
-    m_controller->perform({text(action), tag, reminderUUID, text(title)});
-  }
-  void openAlerts(int count) { QTRY_COMPARE(m_controller->alertsJson().size(), count); }
-  /// prepare: what happens to the store before the controller has it.
-  void startProgram(const std::function<void()>& prepare = {}) {
-    auto store = openUserStore(m_clock);
-    auto prompter = std::make_unique<FakePrompter>();
-    auto sounds = std::make_unique<FakeSoundPlayer>();
-    auto wakeTimer = std::make_unique<FakeWakeTimer>();
-    m_prompter = prompter.get();
-    m_sounds = sounds.get();
-    m_wakeTimer = wakeTimer.get();
-    auto workspace = std::make_unique<FakeWorkspace>();
-    auto scripts = std::make_unique<FakeScriptHost>();
-    m_workspace = workspace.get();
-    m_scripts = scripts.get();
-    auto pasteboard = std::make_unique<FakePasteboard>();
-    m_pasteboard = pasteboard.get();
-    m_store = store.get();
-    if (prepare)
-      prepare();
-    m_controller = std::make_unique<AppController>(
-        std::move(store),
-        Ports{std::move(prompter), std::move(sounds), std::make_unique<FakePowerEvents>(),
-              std::move(wakeTimer), std::move(workspace), std::move(scripts), std::move(pasteboard),
-              std::make_unique<FakeHotKeys>(), std::make_unique<FakeLoginItems>(),
-              std::make_unique<FakeNotificationCentre>(), std::make_unique<FakeSecretStore>()});
-    m_controller->start();
-  }
-  void restart(const std::function<void()>& prepare = {}) {
-    m_controller.reset();
-    startProgram(prepare);
-  }
-  /// The event loop, in which something ends the program.
-  void runToItsEnd(const std::function<void()>& end) {
-    QTimer::singleShot(0, this, end);
-    QCoreApplication::exec();
-  }
-  Reminder dueReminder(const char* words) {
-    Reminder reminder;
-    reminder.reminderUUID = UUIDString();
-    reminder.reminderDescriptions = text(words);
-    reminder.reminderQueue = m_clock.now().plusSeconds(-60);
-    reminder.reminderTypes = text("regular");
-    return reminder;
-  }
-
  private Q_SLOTS:
-  void init() {
-    m_environment = std::make_unique<TestEnvironment>();
-    m_clock.set(Calendar::current().dateWithYear(2025, 3, 4, 10, 0, 0));
-    startProgram();
-  }
-  void cleanup() {
-    m_controller.reset();
-    m_environment.reset();
-  }
-
   void aDueReminderAlertsWithItsSound() {
     QSignalSpy fired(m_controller.get(), &AppController::reminderFired);
     QSignalSpy opened(m_controller.get(), &AppController::alertOpened);
@@ -199,14 +99,6 @@ class AppControllerTest : public QObject {
     m_prompter->answers = {1};
     m_controller->perform({text("deleteMenuItem"), 0, uuid, {}});
     QCOMPARE(textsOfQueue(), QStringList{text("a")});
-  }
-
-  void theTenOrdersAreChosenFromTheMenu() {
-    addLater("b");
-    addLater("a");
-    m_controller->perform({text("sortByName"), 0, {}, {}});
-    QTRY_COMPARE(textsOfQueue(), (QStringList{text("a"), text("b")}));
-    QCOMPARE(*m_controller->commands().getPreference(text("sortType")), text("5"));
   }
 
   void quittingWithAlertsOpenAsks() {
@@ -368,145 +260,6 @@ class AppControllerTest : public QObject {
     QVERIFY(shown(0) && shown(1));
     QVERIFY(alertCommand(m_controller->alerts(), text("ok-all"), 0));
     openAlerts(0);
-  }
-
-  void newReminderOpensAnEditor() {
-    choose("newReminder");
-    QCOMPARE(m_controller->editing().reminderWindows().size(), size_t(1));
-  }
-
-  void aTitleOpensItsReminderWhereverItStandsNow() {
-    addLater("first");
-    const QString uuid = addLater("second");
-    choose("showReminder", 0, uuid);
-    const auto editors = m_controller->editing().reminderWindows();
-    QCOMPARE(editors.size(), size_t(1));
-    QCOMPARE(editors.front()->current().reminderUUID, uuid);
-    QCOMPARE(editors.front()->current().reminderText, text("second"));
-  }
-
-  void aRecentEntryOpensItsTextAsANewReminder() {
-    addLater("feed the cat");
-    choose("recentReminder", 0, {}, "feed the cat");
-    const auto editors = m_controller->editing().reminderWindows();
-    QCOMPARE(editors.size(), size_t(1));
-    QCOMPARE(editors.front()->current().reminderText, text("feed the cat"));
-    QCOMPARE(editors.front()->current().reminderUUID, QString());
-  }
-
-  void aRecentEntryThatIsGoneOpensNothing() {
-    addLater("feed the cat");
-    choose("clearRecent");
-    choose("recentReminder", 0, {}, "feed the cat");
-    QVERIFY(m_controller->editing().reminderWindows().empty());
-  }
-
-  void copyingPutsTheRichTextOnTheClipboard() {
-    AttributedText rich;
-    TextAttributes bold;
-    bold.font = TextFont{text("Helvetica-Bold"), 14, {}};
-    rich.append(text("bold"), bold);
-    const QString uuid = addLater("bold");
-    ReminderQueue& queue = m_store->queue();
-    QVERIFY(queue.set<&Columns::reminderRTFs>(*queue.indexOf(uuid), archiveText(rich)));
-    choose("copyMenuItem", 0, uuid);
-    QCOMPARE(m_pasteboard->timesSet, 1);
-    QVERIFY(m_pasteboard->kept->html().contains(text("bold")));
-    QVERIFY(m_pasteboard->kept->hasFormat(text("text/rtf")));
-  }
-
-  void copyingAPlainReminderLeavesTheClipboard() {
-    choose("copyMenuItem", 0, addLater("plain"));
-    QCOMPARE(m_pasteboard->timesSet, 0);
-  }
-
-  void clearingTheQueueAsksAndTells() {
-    QSignalSpy modified(m_controller.get(), &AppController::dataModified);
-    addDue("Tea");
-    openAlerts(1);
-    modified.clear();
-    m_prompter->answers = {1};
-    choose("clearQueue");
-    QCOMPARE(textsOfQueue(), QStringList{text("Tea")});
-    QCOMPARE(modified.size(), 0);
-    m_prompter->answers = {0};
-    choose("clearQueue");
-    QCOMPARE(textsOfQueue(), QStringList());
-    QCOMPARE(modified.size(), 1);
-    openAlerts(1); // the alert of a reminder that is gone stays
-  }
-
-  void openingADocumentTellsThatTheDataChanged() {
-    addLater("a");
-    const QString path = m_environment->path(text("a.tockwise"));
-    QVERIFY(writeDocument(path, archivedDataDictionary(m_store->queue())).ok());
-    addLater("b");
-    QSignalSpy modified(m_controller.get(), &AppController::dataModified);
-    m_prompter->answers = {1, 0};
-    QVERIFY(m_controller->documents().openFile(path));
-    QCOMPARE(modified.size(), 0);
-    QVERIFY(m_controller->documents().openFile(path));
-    QCOMPARE(modified.size(), 1);
-    QTRY_COMPARE(textsOfQueue(), QStringList{text("a")});
-  }
-
-  void aDisplayOptionIsFlippedAndChecked() {
-    const auto isChecked = [this] {
-      for (const MenuItem& item : m_controller->menuItems()) {
-        for (const MenuItem& option : item.submenu) {
-          if (option.action == text("setShowRuler"))
-            return option.checked;
-        }
-      }
-      return false;
-    };
-    QVERIFY(!isChecked());
-    choose("setShowRuler");
-    QVERIFY(isChecked());
-    choose("setShowRuler");
-    QVERIFY(!isChecked());
-  }
-
-  void thePreviewHoldsTheTickAndTheMenu() {
-    bool isChecked = false;
-    QTimer::singleShot(0, this, [&] {
-      addDue("Tea");
-      QCoreApplication::processEvents(); // the poke of the change
-      QCOMPARE(m_controller->alertsJson().size(), 0);
-      QVERIFY(!m_wakeTimer->armed);
-      choose("newReminder");
-      QVERIFY(m_controller->editing().reminderWindows().empty());
-      choose("printAllCurrentAlerts");
-      isChecked = true;
-      qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject();
-    });
-    choose("print");
-    QVERIFY(isChecked);
-    QCOMPARE(m_controller->alertsJson().size(), 1); // at once
-    QVERIFY(m_wakeTimer->armed);
-    QCOMPARE(m_controller->printing().printWindows().size(), size_t(1));
-  }
-
-  void everyOperationThatTheMenuOffersIsCarriedOut() {
-    const QSet<QString> offered = availableMenuOperations();
-    QVERIFY(offered.contains(text("sortByName")));
-    for (const MenuItem& item : m_controller->menuItems())
-      QCOMPARE(item.enabled, item.submenu.empty() ? offered.contains(item.action) : true);
-  }
-
-  void theMenuOffersWhatTheProgramCanDo() {
-    const auto items = m_controller->menuItems();
-    const auto named = [&](const char* title) {
-      return *std::find_if(items.begin(), items.end(),
-                           [&](const MenuItem& item) { return item.title == text(title); });
-    };
-    QVERIFY(named("Save Reminders...").enabled);
-    QVERIFY(named("Open Reminders...").enabled);
-    QCOMPARE(named("Save Reminders...").action, text("selItemSaveReminders"));
-    QVERIFY(named("Quit Tockwise").enabled);
-    QVERIFY(named("New Reminder...").enabled);
-    QVERIFY(named("Clear Queue").enabled);
-    QVERIFY(named("About...").enabled);
   }
 };
 

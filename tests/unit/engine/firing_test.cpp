@@ -1,7 +1,7 @@
 #include "engine/firing.h"
 #include "engine/repeat_rules.h"
-#include "log_lines.h"
 #include "support/fakes.h"
+#include "support/log_lines.h"
 
 #include <QTest>
 
@@ -219,8 +219,8 @@ class FiringTest : public QObject {
     f->queue.append(f->reminder());
     QVERIFY(!f->firing.doReminder(1));
     QVERIFY(!f->firing.doReminder(-1));
-    QCOMPARE(log.lines.size(), 3);
-    QVERIFY(log.lines[0].contains(u"index 0 beyond the end"));
+    QCOMPARE(log.lines().size(), 3);
+    QVERIFY(log.lines()[0].contains(u"index 0 beyond the end"));
     QCOMPARE(f->actions.calls, QStringList());
   }
 
@@ -232,7 +232,7 @@ class FiringTest : public QObject {
     const quint64 revision = f->queue.revision();
     const LogLines log;
     QVERIFY(!f->firing.doReminder(0));
-    QCOMPARE(log.lines.size(), 1);
+    QCOMPARE(log.lines().size(), 1);
     QCOMPARE(f->queue.revision(), revision);
   }
 

@@ -1,7 +1,7 @@
 // What firing a task does, and what the log says of it.
 #include "engine/task_runner.h"
-#include "log_lines.h"
 #include "support/fakes.h"
+#include "support/log_lines.h"
 
 #include <QTest>
 
@@ -48,7 +48,7 @@ class TaskRunnerTest : public QObject {
     QVERIFY(f->runner.doTask(blank));
     QCOMPARE(f->workspace.calls, QStringList());
     QVERIFY(f->scripts.scripts.empty());
-    QCOMPARE(log.lines, QStringList());
+    QCOMPARE(log.lines(), QStringList());
   }
 
   void tasksAreCarriedOutByType_data() {
@@ -84,8 +84,8 @@ class TaskRunnerTest : public QObject {
     const LogLines log;
     f->workspace.succeeds = false;
     QVERIFY(!f->runner.doTask({false, type, path}));
-    QCOMPARE(log.lines.size(), 1);
-    QVERIFY(log.lines[0].contains(path));
+    QCOMPARE(log.lines().size(), 1);
+    QVERIFY(log.lines()[0].contains(path));
     QVERIFY(f->scripts.scripts.empty());
   }
 
@@ -94,7 +94,7 @@ class TaskRunnerTest : public QObject {
     QVERIFY(!f->runner.doTask({false, Task::Script, text("/home/me/tea.sh")}));
     QCOMPARE(f->scripts.scripts.size(), size_t(1));
     QCOMPARE(f->scripts.scripts[0].path, text("/home/me/tea.sh"));
-    QCOMPARE(log.lines, QStringList()); // it did not fail
+    QCOMPARE(log.lines(), QStringList()); // it did not fail
     QCOMPARE(f->workspace.calls, QStringList());
   }
 
@@ -110,16 +110,16 @@ class TaskRunnerTest : public QObject {
     QVERIFY(!f->runner.doTask({false, type, text("/bin/true")}));
     QCOMPARE(f->workspace.calls, QStringList());
     QVERIFY(f->scripts.scripts.empty());
-    QCOMPARE(log.lines.size(), 1);
+    QCOMPARE(log.lines().size(), 1);
   }
 
   void theEndOfAScriptIsLoggedWithWhatItWrote() {
     f->runner.doTask({false, Task::Script, text("/home/me/tea.sh")});
     const LogLines log;
     f->scripts.end(1, ScriptEnd::How::Exited, text("one\ntwo\n"));
-    QCOMPARE(log.lines, (QStringList{text("Script /home/me/tea.sh has ended"),
-                                     text("Script /home/me/tea.sh: one"),
-                                     text("Script /home/me/tea.sh: two")}));
+    QCOMPARE(log.lines(), (QStringList{text("Script /home/me/tea.sh has ended"),
+                                       text("Script /home/me/tea.sh: one"),
+                                       text("Script /home/me/tea.sh: two")}));
   }
 
   void endsAreToldApart_data() {

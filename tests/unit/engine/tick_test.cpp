@@ -1,6 +1,6 @@
 #include "engine/tick.h"
-#include "log_lines.h"
 #include "support/fakes.h"
+#include "support/log_lines.h"
 
 #include <QTest>
 
@@ -212,7 +212,7 @@ class TickTest : public QObject {
     const LogLines log;
     f->tick.run();
     QCOMPARE(f->alerts(), words("a bad c"));
-    QCOMPARE(log.lines, QStringList{QStringLiteral("the alert failed")});
+    QCOMPARE(log.lines(), QStringList{QStringLiteral("the alert failed")});
   }
 
   void aRowOfShortColumnsIsLoggedAndTheTickGoesOn() {
@@ -221,10 +221,10 @@ class TickTest : public QObject {
     f->queue.setColumns(std::move(columns));
     const LogLines log;
     QCOMPARE(f->tickAndTakeCalls(), words("sort synchronize"));
-    QCOMPARE(log.lines.size(), 1);
+    QCOMPARE(log.lines().size(), 1);
     f->clock.advance(1);
     f->tick.run();
-    QCOMPARE(log.lines.size(), 1);
+    QCOMPARE(log.lines().size(), 1);
   }
 
   void aNestedTickDoesNothing() {

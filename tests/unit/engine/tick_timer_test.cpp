@@ -1,6 +1,6 @@
 #include "engine/tick_timer.h"
-#include "log_lines.h"
 #include "support/fakes.h"
+#include "support/log_lines.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -43,6 +43,13 @@ struct Fixture {
   void expire() {
     clock.set(*wakeTimer.armed);
     wakeTimer.expire();
+  }
+  /// Everything that makes it tick when it may.
+  void urge() {
+    timer.poke();
+    timer.setEverySecond(true);
+    wakeTimer.changeClock();
+    QCoreApplication::processEvents();
   }
 };
 
@@ -155,10 +162,7 @@ class TickTimerTest : public QObject {
     f->timer.start();
     f->power.sleep();
     QVERIFY(!f->wakeTimer.armed);
-    f->timer.poke();
-    f->timer.setEverySecond(true);
-    f->wakeTimer.changeClock();
-    QCoreApplication::processEvents();
+    f->urge();
     QCOMPARE(f->ticks, 1);
     QVERIFY(!f->wakeTimer.armed);
   }
@@ -180,7 +184,7 @@ class TickTimerTest : public QObject {
     f->clock.advance(1);
     const LogLines log;
     f->shots[0].work();
-    QCOMPARE(log.lines, QStringList{QStringLiteral("Set Wait to NO")});
+    QCOMPARE(log.lines(), QStringList{QStringLiteral("Set Wait to NO")});
     QVERIFY(!f->tick.wait());
     QCOMPARE(f->actions.alerts.size(), size_t(2));
   }
@@ -207,7 +211,7 @@ class TickTimerTest : public QObject {
     const LogLines log;
     f->shots[0].work();
     QVERIFY(f->tick.wait());
-    QCOMPARE(log.lines, QStringList());
+    QCOMPARE(log.lines(), QStringList());
     f->shots[1].work();
     QVERIFY(!f->tick.wait());
     QCOMPARE(f->actions.alerts.size(), size_t(1));
@@ -238,10 +242,7 @@ class TickTimerTest : public QObject {
     f->timer.hold(true);
     QVERIFY(!f->wakeTimer.armed);
     f->clock.advance(3600);
-    f->timer.poke();
-    f->timer.setEverySecond(true);
-    f->wakeTimer.changeClock();
-    QCoreApplication::processEvents();
+    f->urge();
     QCOMPARE(f->ticks, 1);
     QVERIFY(!f->wakeTimer.armed);
     QCOMPARE(f->actions.alerts.size(), size_t(0));

@@ -10,6 +10,8 @@
 
 namespace tockwise {
 
+inline const QChar kPicture(AttributedText::kAttachmentCharacter);
+
 enum class Format { Rtf, Html };
 
 inline double roundedTo(double value, int partsOfOne) {
@@ -130,7 +132,7 @@ class RandomCarried {
       run.attachment = TextAttachment{QStringLiteral("b\u00fc {%1}.png").arg(m_random.bounded(9)),
                                       pngOf({1 + m_random.bounded(9), 3}),
                                       {}};
-      text.append(QString(QChar(AttributedText::kAttachmentCharacter)), run);
+      text.append(QString(kPicture), run);
       return;
     }
     static const QString kCharacters =
@@ -212,5 +214,28 @@ class RandomCarried {
   QRandomGenerator m_random;
   Format m_format;
 };
+
+/// A text of nothing but these attachments.
+inline AttributedText pictureText(const std::vector<TextAttachment>& attachments) {
+  AttributedText text;
+  for (const TextAttachment& attachment : attachments) {
+    TextAttributes attributes;
+    attributes.attachment = attachment;
+    text.append(QString(kPicture), attributes);
+  }
+  return text;
+}
+
+/// The attributes of the first place where the text has that piece.
+inline TextAttributes attributesAt(const AttributedText& text, QStringView piece) {
+  const qsizetype wanted = text.text.indexOf(piece);
+  qsizetype at = 0;
+  for (const TextRun& run : text.runs) {
+    at += run.length;
+    if (wanted >= 0 && wanted < at)
+      return run.attributes;
+  }
+  return {};
+}
 
 } // namespace tockwise

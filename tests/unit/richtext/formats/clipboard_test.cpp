@@ -17,8 +17,6 @@ using namespace tockwise;
 
 namespace {
 
-const QChar kPicture(AttributedText::kAttachmentCharacter);
-
 AttributedText sampleText() {
   AttributedText text;
   TextAttributes bold;

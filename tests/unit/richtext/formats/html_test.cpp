@@ -12,19 +12,6 @@ using namespace tockwise;
 
 namespace {
 
-const QChar kPicture(AttributedText::kAttachmentCharacter);
-
-TextAttributes attributesAt(const AttributedText& text, QStringView piece) {
-  const qsizetype wanted = text.text.indexOf(piece);
-  qsizetype at = 0;
-  for (const TextRun& run : text.runs) {
-    at += run.length;
-    if (wanted >= 0 && wanted < at)
-      return run.attributes;
-  }
-  return {};
-}
-
 // Line feeds have no form of their own in HTML: only their paragraph counts.
 AttributedText withPlainFeeds(const AttributedText& text) {
   AttributedText plain;
