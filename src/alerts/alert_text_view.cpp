@@ -4,7 +4,6 @@
 
 #include <QRegularExpression>
 #include <QScrollBar>
-#include <QTextBlock>
 #include <QTextCursor>
 
 #include <algorithm>

@@ -16,33 +16,20 @@
 namespace tockwise {
 namespace {
 
-constexpr qint64 kEnoughSpace = qint64(5) * 1024 * 1024; // bytes
-
-// The folder, or the nearest one above it that exists.
-QFileInfo nearestFolder(const QString& path) {
+FolderFacts folderFacts(const QString& path) {
   QFileInfo folder(path);
   while (!folder.exists() && !folder.isRoot())
     folder = QFileInfo(folder.path());
-  return folder;
-}
-
-QString folderProblem(const QString& path) {
-  const QFileInfo folder = nearestFolder(path);
-  if (!folder.isDir())
-    return QStringLiteral("%1 is no folder.").arg(folder.filePath());
-  if (!folder.isWritable())
-    return QStringLiteral("You may not write in %1.").arg(folder.filePath());
+  FolderFacts facts;
+  facts.path = folder.filePath();
+  facts.isFolder = folder.isDir();
+  facts.mayWrite = folder.isWritable();
   const QStorageInfo disk(folder.filePath());
-  if (disk.isValid() && disk.isReadOnly())
-    return QStringLiteral("The disk of %1 is read-only.").arg(folder.filePath());
-  if (disk.isValid() && disk.bytesAvailable() < kEnoughSpace)
-    return QStringLiteral("The disk of %1 is full.").arg(folder.filePath());
-  return {};
-}
-
-// A remedy follows it.
-QString sentence(const QString& text) {
-  return text.isEmpty() || text.endsWith(u'.') ? text : text + u'.';
+  if (disk.isValid()) {
+    facts.diskIsReadOnly = disk.isReadOnly();
+    facts.bytesAvailable = disk.bytesAvailable();
+  }
+  return facts;
 }
 
 ServiceFacts notificationFacts() {
@@ -81,11 +68,12 @@ void addSettings(DesktopFacts& facts, const Settings& settings) {
   facts.loginItemWanted = settings.boolean(QStringLiteral("loginItem"));
 }
 
-StoreFacts storeFacts(const PreferencesStore::Paths& paths, const QString& reason) {
+StoreFacts storeFacts(const PreferencesStore::Paths& paths, const QString& failure) {
   StoreFacts facts;
   facts.file = paths.file;
-  facts.problem = reason.isEmpty() ? folderProblem(QFileInfo(paths.file).path()) : sentence(reason);
-  facts.backupProblem = folderProblem(paths.backups);
+  facts.folder = folderFacts(QFileInfo(paths.file).path());
+  facts.failure = failure;
+  facts.backups = folderFacts(paths.backups);
   const QStringList copies = StoreBackups(paths.backups).newestFirst();
   if (!copies.isEmpty()) {
     const qint64 modified = QFileInfo(copies.first()).lastModified().toSecsSinceEpoch();

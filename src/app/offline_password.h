@@ -4,8 +4,6 @@
 #include "app/password_keeping.h"
 #include "platform/secrets/keychain_secret_store.h"
 
-#include <chrono>
-
 namespace tockwise {
 
 /// Main thread. Neither starts a secret store nor asks the user.

@@ -7,6 +7,8 @@ namespace {
 
 using State = HotKeys::State;
 
+constexpr qint64 kEnoughSpace = qint64(5) * 1024 * 1024; // bytes
+
 DesktopCheck well(const char16_t* name, const QString& detail) {
   return {QString::fromUtf16(name), true, detail, QString()};
 }
@@ -137,6 +139,24 @@ DesktopCheck autostart(const DesktopFacts& facts) {
              QStringLiteral("Switch starting at login on and off again in the preferences."));
 }
 
+/// Why no file can be written in a folder, one sentence, or "".
+QString problemOf(const FolderFacts& folder) {
+  if (!folder.isFolder)
+    return QStringLiteral("%1 is no folder.").arg(folder.path);
+  if (!folder.mayWrite)
+    return QStringLiteral("You may not write in %1.").arg(folder.path);
+  if (folder.diskIsReadOnly)
+    return QStringLiteral("The disk of %1 is read-only.").arg(folder.path);
+  if (folder.bytesAvailable >= 0 && folder.bytesAvailable < kEnoughSpace)
+    return QStringLiteral("The disk of %1 is full.").arg(folder.path);
+  return {};
+}
+
+// A remedy follows it.
+QString sentence(const QString& text) {
+  return text.endsWith(u'.') ? text : text + u'.';
+}
+
 DesktopCheck storeWritable(const DesktopFacts& facts) {
   const char16_t* const name = u"store writable";
   if (!facts.store.damage.isEmpty()) {
@@ -150,17 +170,19 @@ DesktopCheck storeWritable(const DesktopFacts& facts) {
                QStringLiteral("End that one and start it again: it hangs, or belongs to another "
                               "session."));
   }
-  if (facts.store.problem.isEmpty())
+  const QString problem =
+      facts.store.failure.isEmpty() ? problemOf(facts.store.folder) : sentence(facts.store.failure);
+  if (problem.isEmpty())
     return well(name, QStringLiteral("%1 can be written.").arg(facts.store.file));
-  return ill(name, facts.store.problem,
+  return ill(name, problem,
              QStringLiteral("Check the folder's permissions and the free space on its disk: %1")
                  .arg(facts.store.file));
 }
 
 DesktopCheck lastBackup(const DesktopFacts& facts) {
   const char16_t* const name = u"last backup";
-  if (!facts.store.backupProblem.isEmpty()) {
-    return ill(name, facts.store.backupProblem,
+  if (const QString problem = problemOf(facts.store.backups); !problem.isEmpty()) {
+    return ill(name, problem,
                QStringLiteral("Check the permissions of that folder and the free space on its "
                               "disk."));
   }

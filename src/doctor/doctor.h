@@ -34,13 +34,23 @@ struct HotKeyFacts {
   HotKeyStates states{};
 };
 
+/// A folder in which files are to be written.
+struct FolderFacts {
+  QString path; // where it is not there yet, the nearest one above it that is
+  bool isFolder = false;
+  bool mayWrite = false; // the user
+  bool diskIsReadOnly = false;
+  qint64 bytesAvailable = -1; // on its disk; -1: not known
+};
+
 struct StoreFacts {
   QString file;
-  QString problem;       // why it can't be read or written, one sentence, or ""
-  QString lastBackup;    // date and time of the newest copy, as shown, or "" when there is none
-  QString backupProblem; // why no copy can be kept, one sentence, or ""
-  bool held = false;     // by another Tockwise, that does not answer
-  QString damage;        // what was found and done about it when it was read, sentences, or ""
+  FolderFacts folder;  // of the file
+  QString failure;     // why the file could not be opened or written, or ""
+  FolderFacts backups; // where copies of it are kept
+  QString lastBackup;  // date and time of the newest copy, as shown, or "" when there is none
+  bool held = false;   // by another Tockwise, that does not answer
+  QString damage;      // what was found and done about it when it was read, sentences, or ""
 };
 
 /// What was found out about the desktop.

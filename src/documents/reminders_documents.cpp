@@ -5,6 +5,7 @@
 #include "documents/task_review_window.h"
 #include "store/documents/document_file.h"
 #include "store/documents/document_location.h"
+#include "store/documents/document_tasks.h"
 
 #include <QApplication>
 #include <QDir>

@@ -6,7 +6,6 @@
 #include "documents/document_panels.h"
 #include "ports/prompter.h"
 #include "store/documents/data_dictionary.h"
-#include "store/documents/document_tasks.h"
 #include "store/reminder_store.h"
 
 #include <QObject>

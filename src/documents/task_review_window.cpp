@@ -9,8 +9,6 @@
 #include <QKeyEvent>
 #include <QScreen>
 
-#include <algorithm>
-
 namespace tockwise {
 namespace {
 

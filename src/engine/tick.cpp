@@ -2,7 +2,6 @@
 
 #include "base/log.h"
 #include "dates/calendar.h"
-#include "engine/repeat_rules.h"
 
 #include <QScopedValueRollback>
 

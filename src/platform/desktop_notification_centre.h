@@ -8,7 +8,6 @@
 #include <QDBusServiceWatcher>
 #include <QStringList>
 
-#include <chrono>
 #include <functional>
 #include <map>
 #include <optional>

@@ -2,8 +2,6 @@
 
 #include "store/reminder_store.h"
 
-#include <utility>
-
 namespace tockwise {
 namespace {
 

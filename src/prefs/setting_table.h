@@ -6,7 +6,6 @@
 
 #include <QStringView>
 
-#include <optional>
 #include <span>
 
 namespace tockwise {

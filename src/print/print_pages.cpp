@@ -15,7 +15,6 @@
 
 #include <malloc.h>
 
-#include <algorithm>
 #include <limits>
 
 namespace tockwise {

@@ -5,7 +5,6 @@
 // theme of the desktop.
 #pragma once
 
-#include "base/result.h"
 #include "print/paper.h"
 #include "print/print_document.h"
 

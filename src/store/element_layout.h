@@ -9,6 +9,7 @@
 
 #include "store/reminder_queue.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <span>

@@ -1,6 +1,9 @@
 #include "store/kept_elsewhere.h"
 
+#include "store/plist_writer.h"
 #include "store/root_dictionary.h"
+
+#include <QStringList>
 
 #include <algorithm>
 

@@ -2,9 +2,6 @@
 #pragma once
 
 #include "store/plist_reader.h"
-#include "store/plist_writer.h"
-
-#include <QStringList>
 
 #include <set>
 

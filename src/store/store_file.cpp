@@ -2,7 +2,6 @@
 
 #include "store/file_io.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 

@@ -5,7 +5,6 @@
 #include <QDBusPendingCallWatcher>
 
 #include <algorithm>
-#include <iterator>
 
 namespace tockwise {
 

@@ -7,7 +7,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QStringList>
+#include <QVariantMap>
 
 #include <iterator>
 

@@ -2,8 +2,6 @@
 // active.
 #pragma once
 
-#include "ports/hot_keys.h"
-
 #include <array>
 #include <cstdint>
 #include <memory>

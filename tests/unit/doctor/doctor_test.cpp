@@ -25,7 +25,11 @@ DesktopFacts goodDesktop() {
   facts.secretStore = SecretStore::State::Available;
   facts.loginItemWanted = true;
   facts.loginItemPresent = true;
-  facts.store = {text("/home/tea/store.plist"), {}, text("Sat 11/21/2026 08:00 AM"), {}, false, {}};
+  const FolderFacts folder{text("/home/tea"), true, true, false, qint64(1) << 30};
+  facts.store.file = text("/home/tea/store.plist");
+  facts.store.folder = folder;
+  facts.store.backups = folder;
+  facts.store.lastBackup = text("Sat 11/21/2026 08:00 AM");
   facts.timeZone = text("Europe/Berlin");
   facts.timeZoneKnown = true;
   return facts;
@@ -102,7 +106,10 @@ class DoctorTest final : public QObject {
     row(
         "entry too many", [](DesktopFacts& f) { f.loginItemWanted = false; }, "autostart");
     row(
-        "read-only", [](DesktopFacts& f) { f.store.problem = text("Read-only."); },
+        "read-only", [](DesktopFacts& f) { f.store.folder.diskIsReadOnly = true; },
+        "store writable");
+    row(
+        "failure", [](DesktopFacts& f) { f.store.failure = text("No such file"); },
         "store writable");
     row(
         "held", [](DesktopFacts& f) { f.store.held = true; }, "store writable");
@@ -110,8 +117,7 @@ class DoctorTest final : public QObject {
         "damage", [](DesktopFacts& f) { f.store.damage = text("It is damaged."); },
         "store writable");
     row(
-        "backups", [](DesktopFacts& f) { f.store.backupProblem = text("Read-only."); },
-        "last backup");
+        "backups", [](DesktopFacts& f) { f.store.backups.mayWrite = false; }, "last backup");
     row(
         "zone", [](DesktopFacts& f) { f.timeZoneKnown = false; }, "time zone");
   }
@@ -159,6 +165,45 @@ class DoctorTest final : public QObject {
     DesktopFacts facts = goodDesktop();
     facts.notifications = {false, true, {}};
     QVERIFY(check(facts, "notification service").ok);
+  }
+
+  void whyNothingCanBeWrittenIsSaid_data() {
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<QString>("detail");
+    const auto row = [](const char* title, Change change, const char* detail) {
+      QTest::newRow(title) << change << text(detail);
+    };
+    row(
+        "no folder", [](DesktopFacts& f) { f.store.folder.isFolder = false; },
+        "/home/tea is no folder.");
+    row(
+        "no permission", [](DesktopFacts& f) { f.store.folder.mayWrite = false; },
+        "You may not write in /home/tea.");
+    row(
+        "read-only", [](DesktopFacts& f) { f.store.folder.diskIsReadOnly = true; },
+        "The disk of /home/tea is read-only.");
+    row(
+        "full", [](DesktopFacts& f) { f.store.folder.bytesAvailable = 5 * 1024 * 1024 - 1; },
+        "The disk of /home/tea is full.");
+    row(
+        "just enough", [](DesktopFacts& f) { f.store.folder.bytesAvailable = 5 * 1024 * 1024; },
+        "/home/tea/store.plist can be written.");
+    row(
+        "not known", [](DesktopFacts& f) { f.store.folder.bytesAvailable = -1; },
+        "/home/tea/store.plist can be written.");
+    row(
+        "the store's own words come first",
+        [](DesktopFacts& f) {
+          f.store.folder.mayWrite = false;
+          f.store.failure = text("store.plist: Input/output error");
+        },
+        "store.plist: Input/output error.");
+  }
+  void whyNothingCanBeWrittenIsSaid() {
+    QFETCH(const Change, change);
+    DesktopFacts facts = goodDesktop();
+    change(facts);
+    QTEST(check(facts, "store writable").detail, "detail");
   }
 
   void aNewStoreHasNoBackupYetAndThatIsWell() {
