@@ -4,6 +4,7 @@
 #include "app/app_controller.h"
 #include "app/bus_names.h"
 #include "app/bus_service.h"
+#include "app/display.h"
 #include "app/old_text_conversion.h"
 #include "app/placeholder_color.h"
 #include "base/log.h"
@@ -13,11 +14,13 @@
 #include "platform/clipboard_pasteboard.h"
 #include "platform/desktop_notification_centre.h"
 #include "platform/desktop_workspace.h"
+#include "platform/floating_dialogs.h"
 #include "platform/hotkeys/desktop_hot_keys.h"
 #include "platform/logind_power_events.h"
 #include "platform/message_prompter.h"
 #include "platform/process_script_host.h"
 #include "platform/secrets/keychain_secret_store.h"
+#include "platform/session_restart.h"
 #include "platform/termination_signals.h"
 #include "platform/time/timerfd_wake_timer.h"
 
@@ -145,13 +148,6 @@ Ports linuxPorts(const Clock& clock) {
           std::make_unique<KeychainSecretStore>()};
 }
 
-// Qt ends the program with a core dump where it finds no display.
-bool hasDisplay() {
-  return !qEnvironmentVariableIsEmpty("DISPLAY") ||
-         !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-         !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-}
-
 } // namespace
 
 int runApplication(int argc, char** argv, const QStringList& documents) {
@@ -161,7 +157,9 @@ int runApplication(int argc, char** argv, const QStringList& documents) {
                stderr);
     return 1;
   }
+  auto failure = std::make_optional<DisplayFailure>();
   QApplication application(argc, argv);
+  failure.reset();
   QApplication::setApplicationName(QStringLiteral("tockwise"));
   QApplication::setApplicationDisplayName(QStringLiteral("Tockwise"));
   QApplication::setApplicationVersion(QStringLiteral(TOCKWISE_VERSION));
@@ -169,6 +167,8 @@ int runApplication(int argc, char** argv, const QStringList& documents) {
   QApplication::setWindowIcon(applicationIcon());
   QApplication::setQuitOnLastWindowClosed(false);
   const PlaceholderColor placeholderColor;
+  const FloatingDialogs floatingDialogs;
+  followSessionSaves(application, [] { return AutostartLoginItems::ofUser().isPresent(); });
 
   const SystemClock clock;
   auto opened = openStore(clock, documents);

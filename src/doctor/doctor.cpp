@@ -78,9 +78,9 @@ DesktopCheck hotKeys(const DesktopFacts& facts) {
   if (!keys.wanted)
     return well(name, QStringLiteral("They are switched off in the preferences."));
   if (!keys.available) {
-    return ill(name,
-               keys.detail.isEmpty() ? QStringLiteral("This desktop gives programs no hot keys.")
-                                     : keys.detail,
+    const QString why =
+        keys.detail.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(keys.detail);
+    return ill(name, QStringLiteral("This desktop gives programs no hot keys%1.").arg(why),
                QStringLiteral("Bind keys of your own in the desktop's settings to \"tockwise "
                               "new\", \"tockwise alerts show\", \"tockwise alerts hide\" and "
                               "\"tockwise print --alerts\"."));

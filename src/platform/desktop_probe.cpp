@@ -1,5 +1,7 @@
 #include "platform/desktop_probe.h"
 
+#include "platform/hotkeys/plasma.h"
+
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -134,13 +136,18 @@ SecretStore::State secretService() {
 QString hotKeyProvider() {
   if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
     return XConnection().works() ? QStringLiteral("X11") : QString();
+  const bool hasKGlobalAccel = runs(QStringLiteral("org.kde.kglobalaccel"));
+  if (hasKGlobalAccel && isOnPlasma())
+    return QStringLiteral("KGlobalAccel");
   const QString portal = QStringLiteral("org.freedesktop.portal.Desktop");
   if (runs(portal) &&
       property(portal, QStringLiteral("/org/freedesktop/portal/desktop"),
                QStringLiteral("org.freedesktop.portal.GlobalShortcuts"), QStringLiteral("version"))
               .toUInt() > 0)
     return QStringLiteral("GlobalShortcuts portal");
-  return runs(QStringLiteral("org.kde.kglobalaccel")) ? QStringLiteral("KGlobalAccel") : QString();
+  return hasKGlobalAccel && runs(QString::fromUtf16(kKeyCompositor))
+             ? QStringLiteral("KGlobalAccel")
+             : QString();
 }
 
 // On a thread of its own: a sound server that does not answer keeps it for ever.

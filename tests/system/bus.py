@@ -79,12 +79,13 @@ class Bus:
 
     def owner(self, name):
         """The unique name of the owner of name, or None."""
-        has = self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                        "NameHasOwner", GLib.Variant("(s)", (name,)))[0]
-        if not has:
-            return None
-        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                         "GetNameOwner", GLib.Variant("(s)", (name,)))[0]
+        try:
+            return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                             "GetNameOwner", GLib.Variant("(s)", (name,)))[0]
+        except GLib.Error as error:
+            if Gio.DBusError.get_remote_error(error) == "org.freedesktop.DBus.Error.NameHasNoOwner":
+                return None
+            raise
 
     def process_of(self, name):
         return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",

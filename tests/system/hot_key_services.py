@@ -1,5 +1,5 @@
-"""Stand-ins for what gives hot keys on Wayland: the GlobalShortcuts portal and KGlobalAccel. They
-answer while wait_for() or watch_for() run."""
+"""Stand-ins for what gives hot keys on Wayland: the GlobalShortcuts portal and KGlobalAccel, as they
+were seen to behave (xdg-desktop-portal-kde and kwin_wayland of Plasma 5.27). They answer while wait_for() or watch_for() run."""
 
 from gi.repository import Gio, GLib
 
@@ -18,11 +18,15 @@ SESSION_XML = """<node><interface name='org.freedesktop.portal.Session'>
 <method name='Close'/></interface></node>"""
 
 KDE = "org.kde.kglobalaccel"
+KWIN = "org.kde.KWin"
 KDE_PATH = "/kglobalaccel"
 KDE_COMPONENT = "/component/com_quillstone_Tockwise"
+COMPONENT = "com.quillstone.Tockwise"
+IS_DEFAULT = 8  # a flag of setShortcutKeys
 KDE_XML = """<node><interface name='org.kde.KGlobalAccel'>
 <method name='doRegister'><arg type='as'/></method>
 <method name='setInactive'><arg type='as'/></method>
+<method name='unregister'><arg type='s'/><arg type='s'/><arg type='b' direction='out'/></method>
 <method name='getComponent'><arg type='s'/><arg type='o' direction='out'/></method>
 <method name='setShortcut'><arg type='as'/><arg type='ai'/><arg type='u'/>
 <arg type='ai' direction='out'/></method>
@@ -49,9 +53,12 @@ class Service:
                                                lambda *_: GLib.Variant("u", self.version), None)
 
     def appear(self):
+        self.own(self.NAME)
+
+    def own(self, name):
         self.connection.call_sync(
             "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-            GLib.Variant("(su)", (self.NAME, 0)), None, Gio.DBusCallFlags.NONE, -1, None)
+            GLib.Variant("(su)", (name, 0)), None, Gio.DBusCallFlags.NONE, -1, None)
 
     def disappear(self):
         self.connection.call_sync(
@@ -148,10 +155,14 @@ class Portal(Service):
 class KGlobalAccel(Service):
     NAME = KDE
 
-    def __init__(self, session, is_old=False):
+    def __init__(self, session, is_old=False, compositor=True):
         super().__init__(session)
         self.taken = []  # identifiers whose keys others have
         self.keys = {}  # identifier -> key that was asked for
+        self.defaults = {}  # identifier -> key that the settings go back to
+        self.without = []  # identifiers that got no key: they have none until they are unregistered
+        if compositor:
+            self.own(KWIN)
         self.export(KDE_PATH, KDE_XML.format(new="" if is_old else KDE_NEW))
         self.appear()
 
@@ -161,12 +172,24 @@ class KGlobalAccel(Service):
     def on_setInactive(self, invocation, *_):
         invocation.return_value(None)
 
+    def on_unregister(self, invocation, _sender, _path, component, identifier):
+        if identifier in self.without:
+            self.without.remove(identifier)
+        invocation.return_value(GLib.Variant("(b)", (component == COMPONENT,)))
+
     def on_getComponent(self, invocation, *_):
         invocation.return_value(GLib.Variant("(o)", (KDE_COMPONENT,)))
 
-    def on_setShortcutKeys(self, invocation, _sender, _path, action, keys, _flags):
-        self.keys[action[1]] = keys[0][0][0]
-        answer = [] if action[1] in self.taken else keys
+    def on_setShortcutKeys(self, invocation, _sender, _path, action, keys, flags):
+        answer = keys
+        if flags & IS_DEFAULT:
+            self.defaults[action[1]] = keys[0][0][0]
+        else:
+            self.keys[action[1]] = keys[0][0][0]
+            if action[1] in self.taken:
+                self.without.append(action[1])
+            if action[1] in self.without:
+                answer = [([0, 0, 0, 0],)]
         invocation.return_value(GLib.Variant("(a(ai))", (answer,)))
 
     def on_setShortcut(self, invocation, _sender, _path, action, keys, _flags):
@@ -174,12 +197,12 @@ class KGlobalAccel(Service):
         answer = [] if action[1] in self.taken else keys
         invocation.return_value(GLib.Variant("(ai)", (answer,)))
 
-    def press(self, identifier, component="com.quillstone.Tockwise"):
+    def press(self, identifier, component=COMPONENT):
         self.emit(KDE_COMPONENT, "org.kde.kglobalaccel.Component", "globalShortcutPressed",
                   GLib.Variant("(ssx)", (component, identifier, 1)))
 
     def tell_change(self, identifier, keys):
         self.emit(KDE_PATH, "org.kde.KGlobalAccel", "yourShortcutsChanged",
                   GLib.Variant("(asa(ai))", (
-                      ["com.quillstone.Tockwise", identifier, "Tockwise", "..."],
+                      [COMPONENT, identifier, "Tockwise", "..."],
                       [([key, 0, 0, 0],) for key in keys])))

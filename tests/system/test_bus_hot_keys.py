@@ -17,11 +17,13 @@ PROBE = os.environ.get("TOCKWISE_HOT_KEYS_PROBE",
 CONTROL, META = 0x04000000, 0x10000000
 
 
-class Services(SystemTest):
+class ProbeTest(SystemTest):
     SESSION = {"display": False}
+    DESKTOP = "sway"
 
     def setUp(self):
         super().setUp()
+        self.session.environment["XDG_CURRENT_DESKTOP"] = self.DESKTOP
         self.probe = self.session.spawn(PROBE, log="probe", stdin=subprocess.PIPE)
         self.addCleanup(self.probe.stdin.close)
         self.wait_for(self.lines, "the probe")
@@ -46,6 +48,8 @@ class Services(SystemTest):
         self.wait_for(lambda: self.lines()[-1].startswith(expected), expected)
         return self.lines()[-1]
 
+
+class Services(ProbeTest):
     # Neither.
     def test_nobody_is_asked_before_the_keys_are_wanted(self):
         portal = self.start(Portal)
@@ -143,6 +147,13 @@ class Services(SystemTest):
         self.wait_for_states("off")
         self.wait_for(lambda: "Close" in portal.methods(), "the question's end")
 
+    def test_a_portal_that_gives_no_keys_is_none(self):
+        portal = self.start(Portal)
+        portal.bound = []
+        self.say("on")
+        self.assertIn("portal gives none", self.wait_for_states("unavailable | none"))
+        self.wait_for(lambda: "Close" in portal.methods(), "the session's end")
+
     def test_a_session_that_the_portal_closes_is_over(self):
         portal = self.start(Portal)
         self.say("on")
@@ -178,6 +189,18 @@ class Services(SystemTest):
         self.assertEqual(service.keys, dict(zip(
             IDENTIFIERS, [CONTROL | META | ord(letter) for letter in "MSHP"])))
 
+    def test_kglobalaccel_without_its_compositor_is_none(self):
+        service = self.start(KGlobalAccel, False, False)
+        self.say("on")
+        self.assertIn("no KGlobalAccel", self.wait_for_states("unavailable | none"))
+        self.assertEqual(service.calls, [])
+
+    def test_kglobalaccel_knows_what_to_go_back_to(self):
+        service = self.start(KGlobalAccel)
+        self.say("on")
+        self.wait_for_states("registered")
+        self.assertEqual(service.defaults, service.keys)
+
     def test_kglobalaccel_of_old_serves_as_well(self):
         service = self.start(KGlobalAccel, True)
         self.say("on")
@@ -209,8 +232,48 @@ class Services(SystemTest):
         self.say("on")
         self.wait_for_states("registered")
         self.say("off")
-        self.wait_for(lambda: service.methods().count("setInactive") == 4, "the keys")
+        self.wait_for(lambda: service.methods().count("unregister") == 4, "the keys")
         self.wait_for_states("off")
+
+    def test_switching_off_and_on_gets_a_key_that_became_free(self):
+        service = self.start(KGlobalAccel)
+        service.taken = ["show-alerts"]
+        self.say("on")
+        self.wait_for_states("registered taken registered registered")
+        service.taken = []
+        self.say("off")
+        self.wait_for_states("off")
+        self.say("on")
+        self.wait_for_states("registered | available | KGlobalAccel")
+
+    def test_the_keys_stay_ours_when_the_program_ends(self):
+        service = self.start(KGlobalAccel)
+        self.say("on")
+        self.wait_for_states("registered")
+        self.probe.stdin.close()
+        self.wait_for(lambda: service.methods().count("setInactive") == 4, "the keys")
+        self.assertNotIn("unregister", service.methods())
+
+
+class Plasma(ProbeTest):
+    DESKTOP = "KDE"
+
+    def test_kglobalaccel_comes_before_the_portal(self):
+        portal = self.start(Portal)
+        self.start(KGlobalAccel)
+        self.say("on")
+        self.wait_for_states("registered | available | KGlobalAccel")
+        watch_for(0.3, lambda: portal.calls, "a call")
+
+    def test_kglobalaccel_serves_where_the_compositor_is_hidden(self):
+        self.start(KGlobalAccel, False, False)
+        self.say("on")
+        self.wait_for_states("registered | available | KGlobalAccel")
+
+    def test_the_portal_binds_the_keys_without_kglobalaccel(self):
+        self.start(Portal)
+        self.say("on")
+        self.wait_for_states("registered | available | GlobalShortcuts portal")
 
 
 class Application(Editors, SystemTest):

@@ -152,7 +152,13 @@ bool NotifierItem::handleMessage(const QDBusMessage& message, const QDBusConnect
     Q_EMIT menuRequested({arguments.value(0).toInt(), arguments.value(1).toInt()});
     return true;
   }
-  if (member == u"Scroll" || member == u"ProvideXdgActivationToken")
+  if (member == u"ProvideXdgActivationToken") {
+    // With it, what is chosen in the menu may come to the front on Wayland: Qt takes it from there.
+    if (const QString token = arguments.value(0).toString(); !token.isEmpty())
+      qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    return connection.send(message.createReply());
+  }
+  if (member == u"Scroll")
     return connection.send(message.createReply());
   return false;
 }

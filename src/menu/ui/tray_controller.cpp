@@ -17,8 +17,9 @@ namespace {
 const QString kProgram = QStringLiteral("Tockwise");
 constexpr int kLongestLook = 100; // seconds
 
-bool popupsLandWhereTheyShould() {
-  return !QGuiApplication::platformName().startsWith(u"wayland");
+// There, a pop-up lands anywhere, and no tray takes windows in.
+bool isOnWayland() {
+  return QGuiApplication::platformName().startsWith(u"wayland");
 }
 
 } // namespace
@@ -87,7 +88,7 @@ NativeMenu& TrayController::popup() {
 }
 
 void TrayController::showEmbedded() {
-  if (m_embedded)
+  if (m_embedded || isOnWayland())
     return;
   m_embedded = std::make_unique<QSystemTrayIcon>();
   // Any button opens the menu. It is no context menu of the item's, which would open at its end.
@@ -104,7 +105,7 @@ void TrayController::hideEmbedded() {
 }
 
 void TrayController::popUp(QPoint place) {
-  if (!popupsLandWhereTheyShould()) {
+  if (isOnWayland()) {
     showMenuWindow();
     return;
   }
@@ -114,7 +115,7 @@ void TrayController::popUp(QPoint place) {
 }
 
 void TrayController::showMenu() {
-  if (m_embedded && QSystemTrayIcon::isSystemTrayAvailable() && popupsLandWhereTheyShould())
+  if (m_embedded && QSystemTrayIcon::isSystemTrayAvailable())
     popUp(QCursor::pos());
   else
     showMenuWindow();

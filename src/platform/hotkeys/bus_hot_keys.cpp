@@ -1,6 +1,7 @@
 #include "platform/hotkeys/bus_hot_keys.h"
 
 #include "platform/hotkeys/kde_shortcuts.h"
+#include "platform/hotkeys/plasma.h"
 #include "platform/hotkeys/portal_shortcuts.h"
 
 #include <utility>
@@ -19,8 +20,12 @@ BusHotKeys::BusHotKeys(const QDBusConnection& bus) : m_bus(bus) {
             if (!now.isEmpty())
               serviceCame();
           });
+  // Plasma's portal gives no keys in old releases, and asks about them in new ones.
+  if (isOnPlasma())
+    add(std::make_unique<KdeShortcuts>(m_bus));
   add(std::make_unique<PortalShortcuts>(m_bus));
-  add(std::make_unique<KdeShortcuts>(m_bus));
+  if (!isOnPlasma())
+    add(std::make_unique<KdeShortcuts>(m_bus));
 }
 
 BusHotKeys::~BusHotKeys() = default;
@@ -56,7 +61,7 @@ void BusHotKeys::unregisterHotKeys() {
   if (!std::exchange(m_isWanted, false))
     return;
   if (m_asked < m_services.size())
-    m_services[m_asked]->release();
+    m_services[m_asked]->giveBack();
   setStates(allHotKeys(State::Off));
 }
 

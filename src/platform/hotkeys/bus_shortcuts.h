@@ -32,8 +32,10 @@ class BusShortcuts : public QObject {
   virtual QString service() const = 0;
   /// Asks for the keys; ends in bound() or failed(), unless release() comes first.
   virtual void bind() = 0;
-  /// Gives the keys back, or stops asking.
+  /// Stops using the keys, or asking for them. The service may keep them for the next time.
   virtual void release() = 0;
+  /// As release(), and others may have the keys from now on.
+  virtual void giveBack() { release(); }
 
  Q_SIGNALS:
   /// The keys are bound, or became others: which work, and which are taken.

@@ -1,5 +1,7 @@
 #include "platform/hotkeys/kde_shortcuts.h"
 
+#include "platform/hotkeys/plasma.h"
+
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
@@ -42,7 +44,9 @@ const QString kInterface = QStringLiteral("org.kde.KGlobalAccel");
 const QString kComponentInterface = QStringLiteral("org.kde.kglobalaccel.Component");
 const QString kComponent = QStringLiteral("com.quillstone.Tockwise");
 
+// Flags of setShortcutKeys.
 constexpr uint kSetPresent = 2; // the program runs; a key that the user chose before stays
+constexpr uint kIsDefault = 8;  // what the desktop's settings go back to
 
 QDBusMessage call(const QString& method) {
   QDBusMessage message = QDBusMessage::createMethodCall(kService, kPath, kInterface, method);
@@ -90,11 +94,10 @@ void KdeShortcuts::bind() {
   release();
   m_talk = std::make_unique<QObject>();
   m_states = allHotKeys(HotKeys::State::Pending);
-  m_bus.connect(kService, kPath, kInterface, QStringLiteral("yourShortcutsChanged"), this,
-                SLOT(shortcutsChanged(QDBusMessage)));
-  for (const HotKey key : kHotKeys)
-    registerAction(int(key));
-  findComponent();
+  if (isOnPlasma())
+    registerActions();
+  else
+    findCompositor();
 }
 
 void KdeShortcuts::ask(const QDBusMessage& call, Answered answered) {
@@ -106,10 +109,28 @@ void KdeShortcuts::ask(const QDBusMessage& call, Answered answered) {
           });
 }
 
-void KdeShortcuts::registerAction(int number) {
-  QDBusMessage doRegister = call(QStringLiteral("doRegister"));
-  doRegister << actionOf(number);
-  m_bus.asyncCall(doRegister);
+void KdeShortcuts::findCompositor() {
+  const QString bus = QStringLiteral("org.freedesktop.DBus");
+  QDBusMessage hasOwner = QDBusMessage::createMethodCall(
+      bus, QStringLiteral("/org/freedesktop/DBus"), bus, QStringLiteral("NameHasOwner"));
+  hasOwner << QString::fromUtf16(kKeyCompositor);
+  ask(hasOwner, [this](const QDBusMessage& reply) {
+    if (reply.arguments().value(0).toBool())
+      registerActions();
+    else
+      fail();
+  });
+}
+
+void KdeShortcuts::registerActions() {
+  m_bus.connect(kService, kPath, kInterface, QStringLiteral("yourShortcutsChanged"), this,
+                SLOT(shortcutsChanged(QDBusMessage)));
+  for (const HotKey key : kHotKeys) {
+    QDBusMessage doRegister = call(QStringLiteral("doRegister"));
+    doRegister << actionOf(int(key));
+    m_bus.asyncCall(doRegister);
+  }
+  findComponent();
 }
 
 // It is there once an action is registered; calls are answered in their order.
@@ -132,6 +153,9 @@ void KdeShortcuts::findComponent() {
 
 void KdeShortcuts::setKeys(int number) {
   const KdeKeysList wanted{{{shortcutNames()[number - 1].key, 0, 0, 0}}};
+  QDBusMessage setDefault = call(QStringLiteral("setShortcutKeys"));
+  setDefault << actionOf(number) << QVariant::fromValue(wanted) << kIsDefault;
+  m_bus.asyncCall(setDefault);
   QDBusMessage set = call(QStringLiteral("setShortcutKeys"));
   set << actionOf(number) << QVariant::fromValue(wanted) << kSetPresent;
   ask(set, [this, number](const QDBusMessage& reply) {
@@ -174,22 +198,40 @@ void KdeShortcuts::shortcutsChanged(const QDBusMessage& message) {
     take(number, hasKey(qdbus_cast<KdeKeysList>(message.arguments().value(1))));
 }
 
-void KdeShortcuts::release() {
+bool KdeShortcuts::stopTalking() {
   if (!m_talk)
-    return;
+    return false;
   m_talk.reset();
   m_bus.disconnect(kService, kPath, kInterface, QStringLiteral("yourShortcutsChanged"), this,
                    SLOT(shortcutsChanged(QDBusMessage)));
   if (m_component.isEmpty())
-    return;
+    return false;
   m_bus.disconnect(kService, m_component, kComponentInterface,
                    QStringLiteral("globalShortcutPressed"), this,
                    SLOT(shortcutPressed(QDBusMessage)));
   m_component.clear();
+  return true;
+}
+
+void KdeShortcuts::release() {
+  if (!stopTalking())
+    return;
   for (const HotKey key : kHotKeys) {
     QDBusMessage setInactive = call(QStringLiteral("setInactive"));
     setInactive << actionOf(int(key));
     m_bus.asyncCall(setInactive);
+  }
+}
+
+// An action that is only inactive keeps its key from others. One that got no key because another
+// had it would have none for ever, also when that key is free again.
+void KdeShortcuts::giveBack() {
+  if (!stopTalking())
+    return;
+  for (const HotKey key : kHotKeys) {
+    QDBusMessage unregister = call(QStringLiteral("unregister"));
+    unregister << kComponent << actionOf(int(key)).at(1);
+    m_bus.asyncCall(unregister);
   }
 }
 

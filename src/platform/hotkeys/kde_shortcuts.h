@@ -21,6 +21,7 @@ class KdeShortcuts final : public BusShortcuts {
   QString service() const override;
   void bind() override;
   void release() override;
+  void giveBack() override;
 
  private Q_SLOTS:
   void shortcutPressed(const QDBusMessage& message);
@@ -30,11 +31,13 @@ class KdeShortcuts final : public BusShortcuts {
   using Answered = std::function<void(const QDBusMessage&)>;
 
   void ask(const QDBusMessage& call, Answered answered);
-  void registerAction(int number);
+  void findCompositor();
+  void registerActions();
   void findComponent();
   void setKeys(int number);
   void setKeysOfOld(int number);
   void take(int number, bool isOurs);
+  bool stopTalking();
   void fail();
 
   QDBusConnection m_bus;

@@ -154,13 +154,21 @@ void PortalShortcuts::bindShortcuts() {
       m_bus, call, token,
       [this](const PortalRequest::Answer& answer) {
         if (answer.isGiven && answer.response == 0)
-          takeShortcuts(answer.results.value(QStringLiteral("shortcuts")));
+          takeFirst(answer.results.value(QStringLiteral("shortcuts")));
         else if (answer.isGiven && answer.response == 1)
           fail(QStringLiteral("its question about the keys was answered with no"));
         else
           fail(QStringLiteral("its GlobalShortcuts portal does not work"));
       },
       m_talk.get());
+}
+
+// Some portals say yes, and give nothing.
+void PortalShortcuts::takeFirst(const QVariant& shortcuts) {
+  if (qdbus_cast<PortalShortcutList>(shortcuts).isEmpty())
+    fail(QStringLiteral("its GlobalShortcuts portal gives none"));
+  else
+    takeShortcuts(shortcuts);
 }
 
 // A shortcut without a key is one whose key is taken, or that the user took the key from.

@@ -32,6 +32,7 @@ class PortalShortcuts final : public BusShortcuts {
   void askForVersion();
   void createSession();
   void bindShortcuts();
+  void takeFirst(const QVariant& shortcuts);
   void takeShortcuts(const QVariant& shortcuts);
   void fail(const QString& reason);
 

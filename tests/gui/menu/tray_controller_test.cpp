@@ -10,6 +10,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -223,6 +224,19 @@ class TrayControllerTest : public QObject {
         m_panel->menu(QStringLiteral("GetProperty"), {countdown, QStringLiteral("label")});
     QCOMPARE(label.value(0).value<QDBusVariant>().variant().toString(),
              QStringLiteral("1 minutes, 59 seconds"));
+  }
+
+  void thePanelsActivationTokenIsHandedOn() {
+    const auto restore = qScopeGuard([] { qunsetenv("XDG_ACTIVATION_TOKEN"); });
+    startWithPanel();
+    m_panel->call(QStringLiteral("/StatusNotifierItem"),
+                  QStringLiteral("org.kde.StatusNotifierItem"),
+                  QStringLiteral("ProvideXdgActivationToken"), {QStringLiteral("kwin-7")});
+    QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), QByteArray("kwin-7"));
+    m_panel->call(QStringLiteral("/StatusNotifierItem"),
+                  QStringLiteral("org.kde.StatusNotifierItem"),
+                  QStringLiteral("ProvideXdgActivationToken"), {QString()});
+    QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), QByteArray("kwin-7"));
   }
 
   void aPanelThatComesLateOrAgainIsFound() {

@@ -154,6 +154,17 @@ class DoctorTest final : public QObject {
              text("Another program has Ctrl+Super+S, Ctrl+Super+P."));
   }
 
+  void aDesktopWithoutHotKeysSaysWhy() {
+    DesktopFacts facts = goodDesktop();
+    facts.hotKeys.available = false;
+    facts.hotKeys.detail = text("it has no portal, it has no KGlobalAccel");
+    QCOMPARE(check(facts, "hot keys").detail,
+             text("This desktop gives programs no hot keys (it has no portal, it has no "
+                  "KGlobalAccel)."));
+    facts.hotKeys.detail.clear();
+    QCOMPARE(check(facts, "hot keys").detail, text("This desktop gives programs no hot keys."));
+  }
+
   void withoutAnApplicationTheKeysWaitForIt() {
     DesktopFacts facts = goodDesktop();
     facts.applicationRuns = false;
