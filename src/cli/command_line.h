@@ -12,7 +12,9 @@ namespace tockwise {
 struct Invocation {
   const CommandSpec* command = nullptr;
   QStringList arguments;
-  QVariantMap reminderOptions; // for add and edit: see app/reminder_options.h; those of print
+  /// By their names, but for the three below. Those of add and edit are what
+  /// app/reminder_options.h takes; "--no-NAME" is NAME with the value false.
+  QVariantMap options;
   bool json = false;
   bool yes = false;
   bool help = false;
