@@ -22,10 +22,10 @@ struct Invocation {
 
 /// words: the program's arguments, the command first. Options may stand anywhere after the
 /// command, as "--name value" or "--name=value"; after "--" everything is an argument. Usage when
-/// the words are wrong.
+/// the words are wrong. Any thread.
 Result<Invocation> parseCommandLine(const QStringList& words);
 
-/// The help text of one command, or of the program.
+/// The help text of one command, or with null that of the program. Any thread.
 QString helpText(const CommandSpec* command);
 
 } // namespace tockwise
