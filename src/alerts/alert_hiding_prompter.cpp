@@ -1,5 +1,7 @@
 #include "alerts/alert_hiding_prompter.h"
 
+#include <utility>
+
 namespace tockwise {
 
 AlertHidingPrompter::AlertHidingPrompter(std::unique_ptr<Prompter> prompter)
@@ -29,6 +31,11 @@ void AlertHidingPrompter::tell(const QString& title, const QString& message) {
 
 void AlertHidingPrompter::beep() {
   m_prompter->beep();
+}
+
+void AlertHidingPrompter::goOn() {
+  if (std::exchange(m_leavesHidden, false) && m_open == 0 && m_alerts)
+    m_alerts->showAfterQuestion(1);
 }
 
 void AlertHidingPrompter::dialogOpens() {

@@ -36,6 +36,8 @@ class AlertHidingPrompter final : public Prompter {
 
   /// The program ends: questions that end with it show nothing any more.
   void leaveHidden() { m_leavesHidden = true; }
+  /// It does not end after all: what was left hidden is shown, once no question is open any more.
+  void goOn();
 
  private:
   std::unique_ptr<Prompter> m_prompter;

@@ -1,5 +1,5 @@
 // Colours and style of the alert window, derived from the desktop's palette, so that they follow
-// its light, dark and accent colours.
+// its light, dark and accent colours. Any thread.
 #pragma once
 
 #include <QColor>

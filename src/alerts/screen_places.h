@@ -1,4 +1,4 @@
-// What there is on the screen when a window is to be placed.
+// What there is on the screen when a window is to be placed. Main thread.
 #pragma once
 
 #include <QList>

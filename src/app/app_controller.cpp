@@ -274,8 +274,10 @@ bool AppController::mayQuit(QuitMode mode) {
     return true;
   if (m_quitQuestion.applicationShouldTerminate() == TerminateReply::Cancel)
     return false;
-  if (m_preferenceWindow && !m_preferenceWindow->applicationShouldTerminate())
+  if (m_preferenceWindow && !m_preferenceWindow->applicationShouldTerminate()) {
+    m_questions.goOn();
     return false;
+  }
   saveNow();
   if (m_store->preferences().isSaved())
     return true;

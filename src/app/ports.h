@@ -17,6 +17,7 @@
 
 namespace tockwise {
 
+/// None is null. Each is used on the main thread.
 struct Ports {
   std::unique_ptr<Prompter> prompter;
   std::unique_ptr<SoundPlayer> soundPlayer;

@@ -7,6 +7,7 @@
 
 namespace tockwise {
 
+/// Main thread.
 class Backend {
  public:
   virtual ~Backend() = default;

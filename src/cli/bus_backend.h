@@ -8,6 +8,7 @@
 
 namespace tockwise {
 
+/// Main thread. Waiting for an answer runs an event loop.
 class BusBackend final : public Backend {
  public:
   /// Nothing when there is no session bus or no application on it. Does not start one.

@@ -21,11 +21,11 @@ void setFlag(Invocation& invocation, const QString& name) {
   else if (name == u"yes")
     invocation.yes = true;
   else if (name == u"no-task")
-    invocation.reminderOptions.insert(QStringLiteral("task"), QString());
+    invocation.options.insert(QStringLiteral("task"), QString());
   else if (name.startsWith(u"no-"))
-    invocation.reminderOptions.insert(name.mid(3), false);
+    invocation.options.insert(name.mid(3), false);
   else
-    invocation.reminderOptions.insert(name, true);
+    invocation.options.insert(name, true);
 }
 
 // Takes the option at words[at]; returns how many words it was.
@@ -54,7 +54,7 @@ Result<qsizetype> takeOption(Invocation& invocation, const QStringList& words, q
   }
   if (equals < 0 && at + 1 >= words.size())
     return usage(QStringLiteral("--%1 takes a value").arg(name));
-  invocation.reminderOptions.insert(name, equals < 0 ? words[at + 1] : word.mid(equals + 1));
+  invocation.options.insert(name, equals < 0 ? words[at + 1] : word.mid(equals + 1));
   return equals < 0 ? 2 : 1;
 }
 
@@ -63,7 +63,7 @@ Result<void> checkArguments(const Invocation& invocation) {
   const auto count = int(invocation.arguments.size());
   const bool hasInstead =
       command.insteadOfArgument &&
-      invocation.reminderOptions.contains(QString::fromUtf16(command.insteadOfArgument));
+      invocation.options.contains(QString::fromUtf16(command.insteadOfArgument));
   if (count >= command.fewestArguments - (hasInstead ? 1 : 0) &&
       (command.mostArguments < 0 || count <= command.mostArguments))
     return {};

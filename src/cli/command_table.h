@@ -1,4 +1,4 @@
-// The commands of the command line: names, words and help.
+// The commands of the command line: names, words and help. Any thread.
 #pragma once
 
 #include <QStringView>
@@ -24,7 +24,9 @@ struct CommandSpec {
   const char16_t* insteadOfArgument = nullptr; // an option that takes the place of one argument
 };
 
+/// Every command, in the order of the help.
 std::span<const CommandSpec> commandTable();
+/// The command of that name, or null.
 const CommandSpec* findCommand(QStringView name);
 
 } // namespace tockwise

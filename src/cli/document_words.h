@@ -1,4 +1,4 @@
-// Documents named on the command line in place of a command.
+// Documents named on the command line in place of a command. Any thread.
 #pragma once
 
 #include "base/result.h"

@@ -1,4 +1,4 @@
-// What commands print for a person; the JSON forms are the application's.
+// What commands print for a person; the JSON forms are the application's. Any one thread.
 #pragma once
 
 #include <QJsonArray>

@@ -201,10 +201,10 @@ Printed runClear(Backend& backend, const Invocation& words) {
 
 // The file is written by whoever makes the pages, and the application has another folder.
 Printed runPrint(Backend& backend, const Invocation& words) {
-  const bool alerts = words.reminderOptions.contains(QStringLiteral("alerts"));
-  if (!words.reminderOptions.contains(QStringLiteral("pdf")))
+  const bool alerts = words.options.contains(QStringLiteral("alerts"));
+  if (!words.options.contains(QStringLiteral("pdf")))
     return printReply(backend, QStringLiteral("Print"), {alerts});
-  const QString path = words.reminderOptions.value(QStringLiteral("pdf")).toString();
+  const QString path = words.options.value(QStringLiteral("pdf")).toString();
   if (path.isEmpty())
     return Error{Error::Kind::Usage, QStringLiteral("--pdf takes the name of a file")};
   const auto file = absolutePath(path);
@@ -224,12 +224,12 @@ void warnOfTasks(const QVariantMap& report) {
 }
 
 Printed runOpen(Backend& backend, const Invocation& words) {
-  if (!words.yes && !words.reminderOptions.isEmpty()) {
+  if (!words.yes && !words.options.isEmpty()) {
     return Error{Error::Kind::Usage, QStringLiteral("--no-tasks goes with --yes: without it, the "
                                                     "application lets you choose")};
   }
   const auto reply =
-      callOnDocument(backend, QStringLiteral("Open"), words, {words.yes, words.reminderOptions});
+      callOnDocument(backend, QStringLiteral("Open"), words, {words.yes, words.options});
   if (!reply)
     return reply.error();
   warnOfTasks(reply->toMap());
@@ -237,8 +237,7 @@ Printed runOpen(Backend& backend, const Invocation& words) {
 }
 
 Printed runMerge(Backend& backend, const Invocation& words) {
-  const auto reply =
-      callOnDocument(backend, QStringLiteral("Merge"), words, {words.reminderOptions});
+  const auto reply = callOnDocument(backend, QStringLiteral("Merge"), words, {words.options});
   if (!reply)
     return reply.error();
   const QVariantMap report = reply->toMap();
@@ -252,9 +251,9 @@ Printed carryOut(Backend& backend, const Invocation& words) {
   const QString name = QString::fromUtf16(words.command->name);
   const QString first = words.arguments.value(0);
   if (name == u"add")
-    return printReply(backend, QStringLiteral("Add"), {first, words.reminderOptions});
+    return printReply(backend, QStringLiteral("Add"), {first, words.options});
   if (name == u"edit")
-    return printReply(backend, QStringLiteral("Edit"), {first, words.reminderOptions});
+    return printReply(backend, QStringLiteral("Edit"), {first, words.options});
   if (name == u"delete")
     return silently(printReply(backend, QStringLiteral("Delete"), {first}));
   if (name == u"list")
@@ -369,7 +368,7 @@ int runCommand(const QStringList& words) {
     return activated ? int(kDone) : failCommand(activated.error());
   }
   // Here, where the caller's folder is: the application has another.
-  if (const auto read = readRichOption(invocation->reminderOptions); !read)
+  if (const auto read = readRichOption(invocation->options); !read)
     return failCommand(read.error());
   if (QStringView(invocation->command->name) == u"prefs") {
     if (const auto read = readPasswordOption(invocation->arguments); !read)

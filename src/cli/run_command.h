@@ -17,10 +17,11 @@ enum ExitStatus : int {
 /// display, in place of the QCoreApplication. words: as for runCommand.
 bool needsFonts(const QStringList& words);
 
-/// words: the program's arguments without its name, the command first. Needs a QCoreApplication.
+/// words: the program's arguments without its name, the command first. Returns an ExitStatus. Needs
+/// a QCoreApplication. Main thread.
 int runCommand(const QStringList& words);
 
-/// Prints the error on stderr in one line; returns the exit status that goes with it.
+/// Prints the error on stderr in one line; returns the exit status that goes with it. Any thread.
 int failCommand(const Error& error);
 
 } // namespace tockwise

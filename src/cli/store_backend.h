@@ -11,6 +11,7 @@ namespace tockwise {
 
 class CommandService;
 
+/// Main thread. What concerns the password waits for the secret store, a second at most.
 class StoreBackend final : public Backend {
  public:
   /// Busy when another process holds the store.

@@ -1,5 +1,7 @@
 #include "menu/status_menu_tables.h"
 
+#include "ports/hot_keys.h"
+
 namespace tockwise::menu_tables {
 namespace {
 
@@ -8,10 +10,10 @@ constexpr FixedItem kCommands[] = {
     {u"Quit Tockwise", u"quit"},
     {u"Save Reminders...", u"selItemSaveReminders"},
     {u"Open Reminders...", u"selItemOpenReminders"},
-    {u"New Reminder...", u"newReminder", u'M'},
-    {u"Show All Current Alerts", u"showAllCurrentAlerts", u'S'},
-    {u"Hide All Current Alerts", u"hideAllCurrentAlerts", u'H'},
-    {u"Print All Current Alerts", u"printAllCurrentAlerts", u'P'},
+    {u"New Reminder...", u"newReminder", letterOf(HotKey::NewReminder)},
+    {u"Show All Current Alerts", u"showAllCurrentAlerts", letterOf(HotKey::ShowAlerts)},
+    {u"Hide All Current Alerts", u"hideAllCurrentAlerts", letterOf(HotKey::HideAlerts)},
+    {u"Print All Current Alerts", u"printAllCurrentAlerts", letterOf(HotKey::PrintAlerts)},
     {u"Close All Current Alerts", u"closeAllCurrentAlerts"},
     {u"Clear All Recent Reminders", u"clearRecent"},
     {u"Preferences...", u"prefs"},

@@ -30,10 +30,11 @@ class AutostartEntry {
   QHash<QByteArray, QByteArray> m_values; // as they stand in the file
 };
 
-/// An entry that starts the program, a path or a name to be found in $PATH.
+/// An entry that starts the program, a path or a name to be found in $PATH. Any thread.
 QByteArray autostartEntryFor(const QString& program);
 
 /// An entry that starts nothing, in place of one of the same name in a folder of the system.
+/// Any thread.
 QByteArray hiddenAutostartEntry();
 
 } // namespace tockwise

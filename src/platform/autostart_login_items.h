@@ -11,6 +11,7 @@
 
 namespace tockwise {
 
+/// Main thread. Reads the folders anew at each call.
 class AutostartLoginItems final : public LoginItems {
  public:
   struct Places {

@@ -7,7 +7,7 @@ namespace tockwise {
 
 /// The whole number that text starts with, as a lenient reader takes it: blanks before it are
 /// skipped and what follows it is ignored, so "12abc" is 12 and "x" is 0. Numbers that do not fit
-/// are the largest or the smallest that does.
+/// are the largest or the smallest that does. Any thread.
 qint64 integerValue(QStringView text);
 
 } // namespace tockwise

@@ -11,10 +11,11 @@
 
 namespace tockwise {
 
-/// The list of a fresh store and of the default order.
+/// The list of a fresh store and of the default order. Any thread.
 QStringList defaultQuickRemindMenu();
 
 /// The entry that the three fields make, as typed, with its trailing blank; "" when they make none.
+/// Any thread.
 QString quickRemindEntry(const QString& days, const QString& hours, const QString& minutes);
 
 /// Main thread. Every change reads the list from the settings, writes it back and synchronises.

@@ -1,4 +1,4 @@
-// The grammar of quick times: "1 Day 2 Hours".
+// The grammar of quick times: "1 Day 2 Hours". Any thread.
 #pragma once
 
 #include <QString>

@@ -47,7 +47,7 @@ struct SavedPreferences {
   std::vector<PreferenceAlert> alerts;
 };
 
-/// What the window shows for these settings.
+/// What the window shows for these settings. Main thread.
 PreferenceForm preferenceForm(const Settings& settings);
 
 /// Writes form to the settings in the order of the rules and synchronises them. With complete in

@@ -1,4 +1,4 @@
-// The table of settings: every key that a user may get or set, with its type.
+// The table of settings: every key that a user may get or set, with its type. Any thread.
 #pragma once
 
 #include "base/result.h"
@@ -20,7 +20,7 @@ struct SettingRow {
 
 /// Every setting, in the table's order.
 std::span<const SettingRow> settingTable();
-/// The row of key, or nothing.
+/// The row of key, or null.
 const SettingRow* findSetting(QStringView key);
 
 /// text as a value of the type: YES/NO, true/false, 1/0; a decimal integer, or "" where it may

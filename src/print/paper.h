@@ -14,7 +14,7 @@ inline constexpr int kPaperResolution = 300;
 /// Around the text where nobody has chosen other margins, in millimetres.
 inline constexpr double kPaperMargin = 20;
 
-/// The size of paper that is usual in a locale ("en_US"): A4 or Letter.
+/// The size of paper that is usual in a locale ("en_US"): A4 or Letter. Any thread, as all here.
 QPageSize paperSizeOfLocale(const QString& locale);
 /// The same for the user's locale: LC_ALL, LC_PAPER, LANG.
 QPageSize paperSizeOfUser();

@@ -46,7 +46,7 @@ class PDFMaking {
 
 /// Writes a file as a whole or not at all: what stood under that name stays until everything is on
 /// the disk. path: absolute; a link is followed. Storage, with the path and the reason, when it
-/// can't be written; Refused when that is a folder or a device.
+/// can't be written; Refused when that is a folder or a device. Any thread.
 Result<void> writeWholeFile(const QString& path, const QByteArray& contents);
 
 } // namespace tockwise

@@ -23,7 +23,7 @@ class PrintSettings {
   std::unique_ptr<QPrinter> m_printer; // made when it is first printed
 };
 
-/// Whether there is any printer to print on.
+/// Whether there is any printer to print on. Waits for the print service. Main thread.
 bool hasPrinters();
 
 } // namespace tockwise

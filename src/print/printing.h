@@ -69,7 +69,8 @@ class Printing final : public QObject {
   QPointer<QDialog> m_window; // while it is open
 };
 
-/// The document that print() would show, as PDF. Needs a QGuiApplication, no display.
+/// The document that print() would show, as PDF; Damaged when Qt could not paint. Needs a
+/// QGuiApplication, no display. Main thread.
 Result<QByteArray> queueAsPDF(const ReminderStore& store);
 
 } // namespace tockwise

@@ -1,4 +1,4 @@
-// The file work of the preferences store: reading, writing atomically, locking.
+// The file work of the preferences store: reading, writing atomically, locking. Any thread.
 #pragma once
 
 #include "base/result.h"
@@ -26,7 +26,8 @@ std::optional<FileIdentity> identityOf(const QByteArray& encodedPath);
 Result<QByteArray> readWholeFile(const QString& path);
 
 /// Replaces the file at path (the target, when it is a link): a temporary file in the same folder,
-/// fsync, rename, fsync of the folder; mode 0600. A failure leaves the old file whole.
+/// fsync, rename, fsync of the folder; mode 0600. One writer at a time. A failure (NotFound where
+/// the folder is missing, else Storage) leaves the old file whole.
 Result<void> writeAtomically(const QString& path, const QByteArray& bytes);
 
 /// Renames a file that cannot be used, so that it is kept and out of the way: suffix (".damaged")
@@ -35,7 +36,7 @@ Result<void> writeAtomically(const QString& path, const QByteArray& bytes);
 std::optional<QString> putAside(const QString& path, const QString& suffix);
 
 /// Makes the folder, and what is above it, with mode 0700. A folder that is there is given that
-/// mode; what is above it keeps its own.
+/// mode; what is above it keeps its own. Storage when that fails.
 Result<void> makePrivateFolder(const QString& path);
 
 /// An exclusive lock that dies with its holder.

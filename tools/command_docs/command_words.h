@@ -1,4 +1,5 @@
-// What may stand at each place of a command, read from the synopses of the command table.
+// What may stand at each place of a command, read from the synopses of the command table. Any
+// thread.
 #pragma once
 
 #include "cli/command_table.h"

@@ -1,11 +1,11 @@
-// What is generated from the command table.
+// What is generated from the command table. Any thread.
 #pragma once
 
 #include <QString>
 
 namespace tockwise {
 
-/// A completion for the shell of that name, to be saved where it looks for those of programs.
+/// A completion for each shell, to be saved where it looks for those of programs.
 QString bashCompletion();
 QString zshCompletion();
 QString fishCompletion();

@@ -7,7 +7,7 @@ class QRect;
 namespace tockwise {
 
 /// Draws a sheet of paper with the application's clock into the square rect. The painter
-/// antialiases.
+/// antialiases. Any one thread.
 void paintDocument(QPainter& painter, const QRect& rect);
 
 } // namespace tockwise

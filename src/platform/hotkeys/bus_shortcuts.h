@@ -15,9 +15,9 @@ struct ShortcutName {
   const char16_t* trigger; // in the words of the shortcuts specification
   int key;                 // Qt's, with modifiers
 };
-/// In the order of kHotKeys.
+/// Four, in the order of kHotKeys. Any thread.
 const ShortcutName* shortcutNames();
-/// The number of the key with that identifier, or 0.
+/// The number of the key with that identifier, or 0. Any thread.
 int shortcutNumber(const QString& identifier);
 
 /// Main thread. Nothing waits: answers come as signals.

@@ -6,8 +6,9 @@
 
 namespace tockwise {
 
-/// Fed with the presses and releases of grabbed keys in their order. Where the server sends
-/// releases between repetitions, such a release bears the time of the press that follows it.
+/// Any one thread. Fed with the presses and releases of grabbed keys in their order. Where the
+/// server sends releases between repetitions, such a release bears the time of the press that
+/// follows it.
 class KeyRepeat {
  public:
   /// Whether the key was pressed anew. time: the server's, in milliseconds, which wraps.

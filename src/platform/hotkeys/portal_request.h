@@ -13,10 +13,11 @@ namespace tockwise {
 inline constexpr char16_t kPortalService[] = u"org.freedesktop.portal.Desktop";
 inline constexpr char16_t kPortalPath[] = u"/org/freedesktop/portal/desktop";
 
-/// The path of an object that the portal makes for us: kind is "request" or "session".
+/// The path of an object that the portal makes for us: kind is "request" or "session". Any
+/// thread.
 QString portalPath(const QDBusConnection& bus, const QString& kind, const QString& token);
 
-/// Deleting it (with its parent) stops the waiting.
+/// Main thread. Deleting it (with its parent) stops the waiting.
 class PortalRequest final : public QObject {
   Q_OBJECT
  public:

@@ -11,6 +11,7 @@
 
 namespace tockwise {
 
+/// Main thread.
 class PortalShortcuts final : public BusShortcuts {
   Q_OBJECT
  public:

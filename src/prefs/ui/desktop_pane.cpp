@@ -22,13 +22,6 @@ QLabel* makeText(const QString& name, const QString& text) {
   return label;
 }
 
-bool isSame(const std::vector<DesktopCheck>& a, const std::vector<DesktopCheck>& b) {
-  const auto same = [](const DesktopCheck& x, const DesktopCheck& y) {
-    return x.name == y.name && x.ok == y.ok && x.detail == y.detail && x.remedy == y.remedy;
-  };
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), same);
-}
-
 } // namespace
 
 DesktopPane::DesktopPane(const PreferenceSurroundings& surroundings, QWidget* parent)
@@ -51,7 +44,7 @@ void DesktopPane::checkAgain() {
   std::vector<DesktopCheck> found;
   if (m_desktopChecks)
     found = m_desktopChecks();
-  if (isSame(found, m_shown))
+  if (found == m_shown)
     return; // what is selected and scrolled to stays
   while (QLayoutItem* item = m_ui->checksLayout->takeAt(0)) {
     delete item->widget();

@@ -26,7 +26,7 @@ std::optional<HotKey> hotKeyOf(const QKeyEvent& event) {
 HotKeyTextField::HotKeyTextField(QWidget* parent) : QLineEdit(parent) {
   setReadOnly(true);
   setFocusPolicy(Qt::StrongFocus);
-  setAccessibleName(tr("State of the hot keys"));
+  setAccessibleName(QStringLiteral("State of the hot keys"));
   showState();
 }
 

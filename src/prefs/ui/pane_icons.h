@@ -18,7 +18,7 @@ enum class PaneIcon {
   Screen
 };
 
-/// Drawn in the colour of the text beside it, at whatever size is asked for.
+/// Drawn in the colour of the text beside it, at whatever size is asked for. Main thread.
 QIcon paneIcon(PaneIcon icon);
 
 } // namespace tockwise

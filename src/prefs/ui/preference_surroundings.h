@@ -17,7 +17,7 @@
 
 namespace tockwise {
 
-/// The references must outlive the window.
+/// The references must outlive the window. Functions are called on the main thread.
 struct PreferenceSurroundings {
   Settings& settings;
   Prompter& prompter;

@@ -12,7 +12,8 @@ class SectionLabel final : public QLabel {
   explicit SectionLabel(QWidget* parent = nullptr);
 };
 
-/// Lines of label begin on the side on which the window's do, whatever the script of its text.
+/// Lines of label begin on the side on which the window's do, whatever the script of its text. Main
+/// thread.
 void alignWithWindow(QLabel& label);
 
 } // namespace tockwise

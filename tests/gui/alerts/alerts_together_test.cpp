@@ -55,6 +55,18 @@ class AlertsTogetherTest : public QObject {
     QCOMPARE(question.escapeButton, 0);
   }
 
+  void closeAllWithNothingOpenAsksAndDoesNothing() {
+    Fixture f;
+    QSignalSpy closed(&f.alerts, &AlertWindows::closed);
+    QSignalSpy count(&f.alerts, &AlertWindows::countChanged);
+    f.prompter.answers = {1};
+    f.alerts.closeAllCurrentAlerts();
+    QCOMPARE(f.prompter.asked.size(), size_t(1));
+    QTest::qWait(150); // longer than the pause before closing
+    QCOMPARE(f.alerts.count(), 0);
+    QVERIFY(closed.isEmpty() && count.isEmpty());
+  }
+
   void noToCloseAllLeavesEveryAlertVisible() {
     Fixture f;
     f.open(kTea);

@@ -101,6 +101,33 @@ class AlertHidingPrompterTest : public QObject {
     QCOMPARE(f.alerts.calls, calls({"hide 1", "hide 2"}));
   }
 
+  void goingOnShowsWhatAnEndLeftHidden() {
+    Fixture f;
+    f.ask(kYes, kYes);
+    f.questions.goOn();
+    QCOMPARE(f.alerts.calls, calls({"hide 1", "show 1"}));
+    f.questions.goOn();
+    QCOMPARE(f.alerts.calls, calls({"hide 1", "show 1"}));
+  }
+
+  void goingOnWithinAQuestionShowsThemAfterIt() {
+    Fixture f;
+    f.inner.meanwhile = [&] {
+      f.inner.meanwhile = nullptr;
+      f.ask(kYes, kYes);
+      f.questions.goOn();
+    };
+    f.inner.answers = {kYes}; // to the inner one, which asks first
+    f.questions.ask(question());
+    QCOMPARE(f.alerts.calls, calls({"hide 1", "hide 2", "show 1"}));
+  }
+
+  void goingOnWithoutAnEndShowsNothing() {
+    Fixture f;
+    f.questions.goOn();
+    QVERIFY(f.alerts.calls.isEmpty());
+  }
+
   void aDialogThatIsNoQuestionCounts() {
     Fixture f;
     f.questions.dialogOpens();

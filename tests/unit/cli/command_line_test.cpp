@@ -61,20 +61,18 @@ class CommandLineTest : public QObject {
                                           QStringLiteral("--every"), QStringLiteral("day")});
     QVERIFY(parsed.ok());
     QCOMPARE(parsed->arguments, QStringList{QStringLiteral("Tea")});
-    QCOMPARE(parsed->reminderOptions,
-             (QVariantMap{{QStringLiteral("email"), true},
-                          {QStringLiteral("sms"), false},
-                          {QStringLiteral("task"), QString()},
-                          {QStringLiteral("in"), QStringLiteral("1 Minute")},
-                          {QStringLiteral("every"), QStringLiteral("day")}}));
+    QCOMPARE(parsed->options, (QVariantMap{{QStringLiteral("email"), true},
+                                           {QStringLiteral("sms"), false},
+                                           {QStringLiteral("task"), QString()},
+                                           {QStringLiteral("in"), QStringLiteral("1 Minute")},
+                                           {QStringLiteral("every"), QStringLiteral("day")}}));
   }
 
   void theOptionsOfPrintAreTheAlertsAndAFile() {
     const auto parsed = parseCommandLine(words("print --alerts --pdf=a=b.pdf"));
     QVERIFY(parsed.ok());
-    QCOMPARE(parsed->reminderOptions,
-             (QVariantMap{{QStringLiteral("alerts"), true},
-                          {QStringLiteral("pdf"), QStringLiteral("a=b.pdf")}}));
+    QCOMPARE(parsed->options, (QVariantMap{{QStringLiteral("alerts"), true},
+                                           {QStringLiteral("pdf"), QStringLiteral("a=b.pdf")}}));
   }
 
   void onlyAPDFFileNeedsFonts_data() {
@@ -97,8 +95,7 @@ class CommandLineTest : public QObject {
   void aValueMayStartWithADash() {
     const auto parsed = parseCommandLine(words("edit 1 --text -5"));
     QVERIFY(parsed.ok());
-    QCOMPARE(parsed->reminderOptions.value(QStringLiteral("text")).toString(),
-             QStringLiteral("-5"));
+    QCOMPARE(parsed->options.value(QStringLiteral("text")).toString(), QStringLiteral("-5"));
   }
 
   void anEmptyTextIsAnArgument() {
@@ -114,8 +111,7 @@ class CommandLineTest : public QObject {
           QStringList{QStringLiteral("add"), QString(), QStringLiteral("--rich=a.rtf")}}) {
       const auto parsed = parseCommandLine(given);
       QVERIFY(parsed.ok());
-      QCOMPARE(parsed->reminderOptions.value(QStringLiteral("rich")).toString(),
-               QStringLiteral("a.rtf"));
+      QCOMPARE(parsed->options.value(QStringLiteral("rich")).toString(), QStringLiteral("a.rtf"));
     }
   }
 
