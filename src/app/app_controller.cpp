@@ -8,11 +8,12 @@
 #include "base/log.h"
 #include "dates/calendar.h"
 #include "menu/status_menu.h"
+#include "menu/ui/clock_icon.h"
 #include "richtext/copy_text.h"
 #include "richtext/rich_runs.h"
 #include "richtext/text_document.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 #include <chrono>
 
@@ -114,6 +115,7 @@ void AppController::connectAll() {
   connect(&m_storeWatch, &StoreWatch::changed, &m_tickTimer, &TickTimer::poke);
   // Queued: a panel waits for the answer to its click, and a question may stay open for long.
   connect(&m_tray, &TrayController::activated, this, &AppController::perform, Qt::QueuedConnection);
+  connect(&m_tray, &TrayController::settled, this, &AppController::startTheRest);
   connect(&m_tray, &TrayController::visibilityChanged, &m_tickTimer, &TickTimer::setEverySecond);
   PreferencesStore& preferences = m_store->preferences();
   // A reminder that is saved as fired does not fire again: its alert has to be kept before.
@@ -149,12 +151,17 @@ void AppController::start() {
   m_tickTimer.start();
   m_noTrayHint.start();
   m_mailBeat.start();
-  m_passwordKeeping.start();
   tellNotice(m_store->loadReport());
   if (const auto& failure = m_store->preferences().writeFailure())
     tellWriteFailure(*failure);
   // Asks: the program goes on meanwhile.
   QTimer::singleShot(0, &m_editing, &ReminderEditing::offerDrafts);
+}
+
+void AppController::startTheRest() {
+  QApplication::setWindowIcon(applicationIcon()); // windows that are open get it, too
+  m_hotKeyActions.start();
+  m_passwordKeeping.start();
 }
 
 void AppController::tellNotice(const StoreNotice& notice) {

@@ -47,7 +47,8 @@ class AppController final : public QObject, private FiringActions {
   AppController(std::unique_ptr<ReminderStore> store, Ports ports, QObject* parent = nullptr);
   ~AppController() override;
 
-  /// Shows the status item, starts the tick, and tells what happened to a damaged store.
+  /// Shows the status item, starts the tick, and tells what happened to a damaged store. What
+  /// nobody waits for comes when the item stands.
   void start();
 
   CommandService& commands() { return m_commands; }
@@ -105,6 +106,7 @@ class AppController final : public QObject, private FiringActions {
   void fired(const QString& reminderUUID) override;
 
   TickActions tickActions();
+  void startTheRest();
   void connectAll();
   MenuInput currentMenuInput(RichTitles* richTitles) const;
   void dataChanged();

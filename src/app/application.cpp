@@ -8,7 +8,6 @@
 #include "app/old_text_conversion.h"
 #include "app/placeholder_color.h"
 #include "base/log.h"
-#include "menu/ui/clock_icon.h"
 #include "platform/autostart_login_items.h"
 #include "platform/canberra_sound_player.h"
 #include "platform/clipboard_pasteboard.h"
@@ -164,7 +163,6 @@ int runApplication(int argc, char** argv, const QStringList& documents) {
   QApplication::setApplicationDisplayName(QStringLiteral("Tockwise"));
   QApplication::setApplicationVersion(QStringLiteral(TOCKWISE_VERSION));
   QApplication::setDesktopFileName(busName());
-  QApplication::setWindowIcon(applicationIcon());
   QApplication::setQuitOnLastWindowClosed(false);
   const PlaceholderColor placeholderColor;
   const FloatingDialogs floatingDialogs;

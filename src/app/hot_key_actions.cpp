@@ -17,7 +17,14 @@ HotKeyActions::HotKeyActions(HotKeys& hotKeys, const Settings& settings, QObject
   connect(&m_hotKeys, &HotKeys::pressed, this, &HotKeyActions::perform);
 }
 
+void HotKeyActions::start() {
+  m_hasStarted = true;
+  follow();
+}
+
 void HotKeyActions::follow() {
+  if (!m_hasStarted)
+    return;
   static const QString kUseGlobalHotKeys = QStringLiteral("useGlobalHotKeys");
   const bool isWanted = m_settings.boolean(kUseGlobalHotKeys);
   if (isWanted && (!m_isOn || isAnyMissing()))

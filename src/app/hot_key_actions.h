@@ -14,6 +14,8 @@ class HotKeyActions final : public QObject {
  public:
   HotKeyActions(HotKeys& hotKeys, const Settings& settings, QObject* parent = nullptr);
 
+  /// From now on the keys follow the setting; the desktop is asked for nothing before.
+  void start();
   /// Registers or gives back the keys as useGlobalHotKeys says now, and tries those again that
   /// another program had. Cheap when there is nothing to do.
   void follow();
@@ -28,6 +30,7 @@ class HotKeyActions final : public QObject {
 
   HotKeys& m_hotKeys;
   const Settings& m_settings;
+  bool m_hasStarted = false;
   bool m_isOn = false;
 };
 

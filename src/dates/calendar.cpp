@@ -60,11 +60,17 @@ quint64 nextIdentity() {
 class Calendar::Private {
  public:
   Private(const QString& zoneName, const QString& localeName)
-      : zone(zoneName), locale(localeName), timeZone(zoneNamed(zoneName)), offsets(*timeZone) {
-    UErrorCode status = U_ZERO_ERROR;
-    calendar = std::make_unique<icu::GregorianCalendar>(*timeZone, icuLocale(), status);
-    calendar->setGregorianChange(kNoJulianYears, status);
-    calendar->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
+      : zone(zoneName), locale(localeName), timeZone(zoneNamed(zoneName)), offsets(*timeZone) {}
+
+  /// Made when it is first needed: it reads the tables of all locales, and most days need none.
+  icu::GregorianCalendar& calendar() {
+    if (!m_calendar) {
+      UErrorCode status = U_ZERO_ERROR;
+      m_calendar = std::make_unique<icu::GregorianCalendar>(*timeZone, icuLocale(), status);
+      m_calendar->setGregorianChange(kNoJulianYears, status);
+      m_calendar->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
+    }
+    return *m_calendar;
   }
 
   icu::Locale icuLocale() const { return icu::Locale(locale.toLatin1().constData()); }
@@ -95,9 +101,9 @@ class Calendar::Private {
   /// The calendar's own addition, for what the arithmetic here leaves to it.
   qint64 addByCalendar(qint64 instant, UCalendarDateFields field, qint64 amount) {
     UErrorCode status = U_ZERO_ERROR;
-    calendar->setTime(double(instant) * 1000, status);
-    calendar->add(field, int32_t(amount), status);
-    return clampedInstant(std::llround(calendar->getTime(status) / 1000));
+    calendar().setTime(double(instant) * 1000, status);
+    calendar().add(field, int32_t(amount), status);
+    return clampedInstant(std::llround(calendar().getTime(status) / 1000));
   }
 
   qint64 addMonths(qint64 instant, qint64 months, UCalendarDateFields field) {
@@ -184,8 +190,10 @@ class Calendar::Private {
   quint64 identity = nextIdentity();
   std::unique_ptr<icu::BasicTimeZone> timeZone;
   ZoneOffsets offsets;
-  std::unique_ptr<icu::GregorianCalendar> calendar;
   std::vector<std::pair<QString, std::unique_ptr<icu::SimpleDateFormat>>> formats;
+
+ private:
+  std::unique_ptr<icu::GregorianCalendar> m_calendar;
 };
 
 Calendar::Calendar(const QString& zone, const QString& locale)
@@ -220,12 +228,12 @@ QString Calendar::dateStringWithFormat(Date date, QStringView pattern) const {
     return {};
   UErrorCode status = U_ZERO_ERROR;
   // With a calendar of ours the format need not copy its own at each call.
-  d->calendar->setTime(double(wholeSeconds(date)) * 1000 +
-                           std::floor((date.seconds - std::floor(date.seconds)) * 1000),
-                       status);
+  d->calendar().setTime(double(wholeSeconds(date)) * 1000 +
+                            std::floor((date.seconds - std::floor(date.seconds)) * 1000),
+                        status);
   icu::UnicodeString text;
   icu::FieldPosition position(icu::FieldPosition::DONT_CARE);
-  d->formatFor(pattern).format(*d->calendar, text, position);
+  d->formatFor(pattern).format(d->calendar(), text, position);
   return fromIcu(text);
 }
 
@@ -302,14 +310,15 @@ Date Calendar::dateWithYear(int year, int month, int day, int hour, int minute, 
   const CivilDay civil = civilFromDays(floorDivide(wall, kSecondsPerDay));
   const auto ofDay = int32_t(floorModulo(wall, kSecondsPerDay));
   UErrorCode status = U_ZERO_ERROR;
-  d->calendar->clear();
-  d->calendar->set(UCAL_EXTENDED_YEAR, int32_t(civil.year));
-  d->calendar->set(UCAL_MONTH, civil.month - 1);
-  d->calendar->set(UCAL_DAY_OF_MONTH, civil.day);
-  d->calendar->set(UCAL_HOUR_OF_DAY, ofDay / 3600);
-  d->calendar->set(UCAL_MINUTE, ofDay / 60 % 60);
-  d->calendar->set(UCAL_SECOND, ofDay % 60);
-  return dateOf(std::llround(d->calendar->getTime(status) / 1000));
+  icu::GregorianCalendar& calendar = d->calendar();
+  calendar.clear();
+  calendar.set(UCAL_EXTENDED_YEAR, int32_t(civil.year));
+  calendar.set(UCAL_MONTH, civil.month - 1);
+  calendar.set(UCAL_DAY_OF_MONTH, civil.day);
+  calendar.set(UCAL_HOUR_OF_DAY, ofDay / 3600);
+  calendar.set(UCAL_MINUTE, ofDay / 60 % 60);
+  calendar.set(UCAL_SECOND, ofDay % 60);
+  return dateOf(std::llround(calendar.getTime(status) / 1000));
 }
 
 } // namespace tockwise

@@ -1,11 +1,10 @@
 #include "platform/canberra_sound_player.h"
 
 #include "base/log.h"
+#include "platform/canberra_library.h"
 
 #include <QByteArray>
 #include <QFile>
-
-#include <canberra.h>
 
 #include <atomic>
 #include <chrono>
@@ -85,57 +84,64 @@ class CanberraSoundPlayer::Worker {
   /// server that comes later would not be found. Calls the finish callbacks of what still plays.
   void closeContext() {
     if (m_context)
-      ca_context_destroy(m_context);
+      Canberra::instance().context_destroy(m_context);
     m_context = nullptr;
   }
 
   void playFile(const QByteArray& path) {
-    int error = openContext();
+    const Canberra& canberra = Canberra::instance();
+    if (!canberra.library.problem().isEmpty()) {
+      end(canberra.library.problem());
+      return;
+    }
+    int error = openContext(canberra);
     ca_proplist* properties = nullptr;
     if (error == CA_SUCCESS)
-      error = ca_proplist_create(&properties);
+      error = canberra.proplist_create(&properties);
     if (error == CA_SUCCESS) {
-      ca_proplist_sets(properties, CA_PROP_MEDIA_FILENAME, path.constData());
-      ca_proplist_sets(properties, CA_PROP_MEDIA_ROLE, "event");
+      canberra.proplist_sets(properties, CA_PROP_MEDIA_FILENAME, path.constData());
+      canberra.proplist_sets(properties, CA_PROP_MEDIA_ROLE, "event");
       // The user asked for a reminder; a desktop's "no event sounds" is about clicks and logins.
-      ca_proplist_sets(properties, CA_PROP_CANBERRA_ENABLE, "1");
-      error = ca_context_play_full(m_context, ++m_lastId, properties, &Worker::finished, this);
-      ca_proplist_destroy(properties);
+      canberra.proplist_sets(properties, CA_PROP_CANBERRA_ENABLE, "1");
+      error =
+          canberra.context_play_full(m_context, ++m_lastId, properties, &Worker::finished, this);
+      canberra.proplist_destroy(properties);
     }
     if (error != CA_SUCCESS)
-      end(error);
+      finished(m_context, m_lastId, error, this);
   }
 
-  int openContext() {
+  int openContext(const Canberra& canberra) {
     if (m_context)
       return CA_SUCCESS;
-    const int error = ca_context_create(&m_context);
+    const int error = canberra.context_create(&m_context);
     if (error != CA_SUCCESS) {
       m_context = nullptr;
       return error;
     }
-    return ca_context_change_props(m_context, CA_PROP_APPLICATION_NAME, "Tockwise",
-                                   CA_PROP_APPLICATION_ID, "com.quillstone.Tockwise",
-                                   CA_PROP_APPLICATION_ICON_NAME, "com.quillstone.Tockwise",
-                                   nullptr);
+    return canberra.context_change_props(m_context, CA_PROP_APPLICATION_NAME, "Tockwise",
+                                         CA_PROP_APPLICATION_ID, "com.quillstone.Tockwise",
+                                         CA_PROP_APPLICATION_ICON_NAME, "com.quillstone.Tockwise",
+                                         nullptr);
   }
 
   /// On a thread of the sound library, or within ca_context_destroy.
   static void finished(ca_context*, uint32_t, int error, void* self) {
-    static_cast<Worker*>(self)->end(error);
+    const bool failed =
+        error != CA_SUCCESS && error != CA_ERROR_CANCELED && error != CA_ERROR_DESTROYED;
+    static_cast<Worker*>(self)->end(
+        failed ? QString::fromUtf8(Canberra::instance().text_of_error(error)) : QString());
   }
 
-  void end(int error) {
+  /// Of one sound; why it failed, if it did.
+  void end(const QString& failure) {
     {
       const std::lock_guard lock(m_mutex);
       --m_sounding;
       m_changed.notify_all();
     }
-    const bool failed =
-        error != CA_SUCCESS && error != CA_ERROR_CANCELED && error != CA_ERROR_DESTROYED;
-    if (failed && !m_reported.exchange(true))
-      logLine(
-          QStringLiteral("Sounds can't be played: %1").arg(QString::fromUtf8(ca_strerror(error))));
+    if (!failure.isEmpty() && !m_reported.exchange(true))
+      logLine(QStringLiteral("Sounds can't be played: %1").arg(failure));
   }
 
   std::mutex m_mutex;

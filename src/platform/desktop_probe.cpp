@@ -1,5 +1,6 @@
 #include "platform/desktop_probe.h"
 
+#include "platform/canberra_library.h"
 #include "platform/hotkeys/plasma.h"
 
 #include <QDBusConnection>
@@ -9,7 +10,6 @@
 #include <QDBusVariant>
 #include <QStringList>
 
-#include <canberra.h>
 #include <xcb/xcb.h>
 
 #include <chrono>
@@ -152,15 +152,18 @@ QString hotKeyProvider() {
 
 // On a thread of its own: a sound server that does not answer keeps it for ever.
 QString soundProblem() {
+  const Canberra& canberra = Canberra::instance();
+  if (!canberra.library.problem().isEmpty())
+    return QStringLiteral("No sound can be played: %1.").arg(canberra.library.problem());
   auto promise = std::make_shared<std::promise<int>>();
   std::future<int> opened = promise->get_future();
-  std::thread([promise] {
+  std::thread([promise, &canberra] {
     ca_context* context = nullptr;
-    int result = ca_context_create(&context);
+    int result = canberra.context_create(&context);
     if (result == CA_SUCCESS)
-      result = ca_context_open(context);
+      result = canberra.context_open(context);
     if (context)
-      ca_context_destroy(context);
+      canberra.context_destroy(context);
     promise->set_value(result);
   }).detach();
   if (opened.wait_for(std::chrono::milliseconds(kPatience)) != std::future_status::ready)
@@ -168,7 +171,8 @@ QString soundProblem() {
   const int result = opened.get();
   if (result == CA_SUCCESS)
     return {};
-  return QStringLiteral("No sound can be played: %1.").arg(QString::fromUtf8(ca_strerror(result)));
+  return QStringLiteral("No sound can be played: %1.")
+      .arg(QString::fromUtf8(canberra.text_of_error(result)));
 }
 
 } // namespace tockwise

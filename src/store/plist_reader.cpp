@@ -18,14 +18,28 @@ Error damaged(const QString& what) {
   return Error{Error::Kind::Damaged, QStringLiteral("not a sound property list: %1").arg(what)};
 }
 
-} // namespace
-
-// A big-endian unsigned number of 1 to 8 bytes.
-quint64 Reader::number(quint64 offset, int size) const {
+// An unsigned number of 1 to 8 bytes.
+quint64 bigEndian(const char* bytes, int size) {
+  if (size == 1)
+    return quint8(*bytes);
+  if (size == 2)
+    return qFromBigEndian<quint16>(bytes);
   quint64 value = 0;
   for (int i = 0; i < size; ++i)
-    value = value << 8 | quint8(m_bytes[qsizetype(offset) + i]);
+    value = value << 8 | quint8(bytes[i]);
   return value;
+}
+
+} // namespace
+
+quint64 Reader::number(quint64 offset, int size) const {
+  return bigEndian(m_bytes.constData() + offset, size);
+}
+
+// An array or a dictionary that is not empty.
+bool Reader::holdsOthers(quint32 index) const {
+  const Object& object = m_objects[index];
+  return object.kind >= Kind::Array && object.size > 0;
 }
 
 Result<Reader> Reader::open(QByteArray bytes) {
@@ -68,7 +82,7 @@ Result<void> Reader::readTable() {
 Result<void> Reader::readObject(quint32 index, quint64 offset) {
   if (offset < quint64(kHeader) || offset >= m_objectsEnd)
     return damaged(QStringLiteral("object %1 lies outside").arg(index));
-  const quint8 marker = quint8(m_bytes[qsizetype(offset)]);
+  const auto marker = quint8(number(offset, 1));
   const quint8 low = marker & 0x0F;
   Object& object = m_objects[index];
   object.offset = offset + 1;
@@ -133,7 +147,7 @@ Result<void> Reader::readSized(Object& object, quint8 marker, quint64 at) {
   quint64 count = marker & 0x0F;
   if (count == 0x0F) { // the count follows as an integer object
     const quint64 left = m_objectsEnd - object.offset;
-    const quint8 sizeMarker = left > 0 ? quint8(m_bytes[qsizetype(object.offset)]) : 0;
+    const quint8 sizeMarker = left > 0 ? quint8(number(object.offset, 1)) : 0;
     const quint64 size = 1ULL << (sizeMarker & 0x0F);
     if (sizeMarker >> 4 != 1 || size > 8 || size + 1 > left)
       return damaged(QStringLiteral("a count at %1").arg(at));
@@ -155,22 +169,25 @@ Result<void> Reader::checkReferences() const {
   };
   struct Frame {
     quint32 index;
-    qsizetype next;
+    quint64 next; // offset of the next reference
+    quint64 end;
     Sum sum;
   };
   constexpr quint32 kOpen = std::numeric_limits<quint32>::max();
   std::vector<Sum> sums(m_objects.size());
-  const auto references = [this](quint32 index) -> qsizetype {
+  std::vector<Frame> stack;
+  const auto enter = [&](quint32 index) {
     const Object& object = m_objects[index];
-    if (object.kind == Kind::Array)
-      return qsizetype(object.size);
-    return object.kind == Kind::Dictionary ? 2 * qsizetype(object.size) : 0;
+    const quint64 references = (object.kind == Kind::Dictionary ? 2U : 1U) * quint64(object.size);
+    const quint64 end = object.offset + references * quint64(m_referenceSize);
+    stack.push_back({index, object.offset, end, {1, 1}});
+    sums[index].depth = kOpen;
   };
-  std::vector<Frame> stack{{m_root, 0, {1, 1}}};
-  sums[m_root].depth = kOpen;
+  if (holdsOthers(m_root))
+    enter(m_root);
   while (!stack.empty()) {
     Frame& frame = stack.back();
-    if (frame.next == references(frame.index)) {
+    if (frame.next == frame.end) {
       const Sum done = frame.sum;
       if (done.depth > kMostDepth || done.expansion > kMostExpansion)
         return damaged(QStringLiteral("nested or shared beyond reason"));
@@ -183,22 +200,20 @@ Result<void> Reader::checkReferences() const {
       }
       continue;
     }
-    const Object& object = m_objects[frame.index];
-    const quint64 child =
-        number(object.offset + quint64(frame.next) * quint64(m_referenceSize), m_referenceSize);
-    ++frame.next;
+    const quint64 child = bigEndian(m_bytes.constData() + frame.next, m_referenceSize);
+    frame.next += quint64(m_referenceSize);
     if (child >= m_objects.size())
       return damaged(QStringLiteral("a reference outside the table"));
-    if (sums[child].depth == kOpen)
+    const Sum& seen = sums[child];
+    if (seen.depth == kOpen)
       return damaged(QStringLiteral("a container that holds itself"));
-    if (sums[child].depth > 0 || references(quint32(child)) == 0) {
-      frame.sum.depth = std::max(frame.sum.depth, sums[child].depth + 1);
-      frame.sum.expansion += std::max<quint64>(1, sums[child].expansion);
+    if (seen.depth > 0 || !holdsOthers(quint32(child))) {
+      frame.sum.depth = std::max(frame.sum.depth, seen.depth + 1);
+      frame.sum.expansion += std::max<quint64>(1, seen.expansion);
       if (frame.sum.expansion > kMostExpansion)
         return damaged(QStringLiteral("shared beyond reason"));
     } else {
-      sums[child].depth = kOpen;
-      stack.push_back({quint32(child), 0, {1, 1}});
+      enter(quint32(child));
     }
   }
   return {};

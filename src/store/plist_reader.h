@@ -24,7 +24,7 @@ enum class Kind : quint8 {
   Data,
   String,
   Uid,
-  Array,
+  Array, // from here on containers
   Dictionary
 };
 
@@ -84,6 +84,7 @@ class Reader {
   Result<void> readObject(quint32 index, quint64 offset);
   Result<void> readSized(Object& object, quint8 marker, quint64 at);
   Result<void> checkReferences() const;
+  bool holdsOthers(quint32 index) const;
   quint64 number(quint64 offset, int size) const;
   Ref reference(Ref container, qsizetype at) const;
   Value scalar(Ref ref) const;

@@ -90,9 +90,19 @@ DecodedColumns decodeColumns(const Reader& reader, Ref dictionary,
     }
     auto& values = ReminderQueue::valuesOf(column);
     values.reserve(size_t(reader.count(*array)));
+    // Equal elements are one object of the list: what one reminder has, the next one often shares.
+    Ref before;
+    bool isRead = false;
     for (qsizetype i = 0; i < reader.count(*array); ++i) {
+      const Ref element = reader.element(*array, i);
+      if (isRead && element == before) {
+        values.push_back(values.back());
+        continue;
+      }
       typename std::remove_reference_t<decltype(column)>::value_type value{};
-      if (!elements::read(source, reader.element(*array, i), value)) {
+      before = element;
+      isRead = elements::read(source, element, value);
+      if (!isRead) {
         logLine(QStringLiteral("%1: element %2 is of a foreign kind").arg(column.key()).arg(i));
         ++decoded.foreignElements;
         value = pad.*field;

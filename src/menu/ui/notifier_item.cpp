@@ -50,14 +50,15 @@ NotifierItem::~NotifierItem() {
 
 void NotifierItem::start() {
   m_connection.registerVirtualObject(kItemPath, this);
-  m_connection.connect(kWatcher, kWatcherPath, kWatcher,
+  // From whomever, and then asked about: to hear of one sender alone, Qt first waits for the bus.
+  m_connection.connect(QString(), kWatcherPath, kWatcher,
                        QStringLiteral("StatusNotifierHostRegistered"), this,
                        SLOT(hostRegistered()));
   askForHost();
 }
 
 void NotifierItem::hostRegistered() {
-  setHost(true);
+  askForHost();
 }
 
 void NotifierItem::askForHost() {

@@ -11,11 +11,15 @@
 #include <QSystemTrayIcon>
 #include <QTimer>
 
+#include <chrono>
+#include <utility>
+
 namespace tockwise {
 namespace {
 
 const QString kProgram = QStringLiteral("Tockwise");
-constexpr int kLongestLook = 100; // seconds
+constexpr int kLongestLook = 100;                   // seconds
+constexpr std::chrono::milliseconds kPatience{500}; // with a panel that does not answer
 
 // There, a pop-up lands anywhere, and no tray takes windows in.
 bool isOnWayland() {
@@ -35,7 +39,10 @@ TrayController::TrayController(MenuSource source, const QDBusConnection& connect
   connect(m_exported, &ExportedMenu::openChanged, this, &TrayController::updateOpen);
   connect(m_exported, &ExportedMenu::activated, this, &TrayController::choose);
   connect(m_notifier, &NotifierItem::hostChanged, this, &TrayController::followHost);
-  connect(m_notifier, &NotifierItem::hostKnown, this, &TrayController::followHost);
+  connect(m_notifier, &NotifierItem::hostKnown, this, [this] {
+    followHost();
+    settle();
+  });
   connect(m_notifier, &NotifierItem::menuRequested, this, &TrayController::popUp);
 }
 
@@ -44,7 +51,14 @@ TrayController::~TrayController() = default;
 void TrayController::start() {
   updateItem();
   m_notifier->start();
+  QTimer::singleShot(kPatience, this, &TrayController::settle);
   lookLater(1);
+}
+
+// From the event loop: what has to be told to the display for the item is on its way by then.
+void TrayController::settle() {
+  if (!std::exchange(m_settled, true))
+    QMetaObject::invokeMethod(this, &TrayController::settled, Qt::QueuedConnection);
 }
 
 // An XEmbed tray that comes later than we do is entered without a word to us; these looks, ever

@@ -29,7 +29,7 @@ class TrayController final : public QObject {
                           QObject* parent = nullptr);
   ~TrayController() override;
 
-  /// Puts the item up wherever there is a place for it, now or later.
+  /// Puts the item up wherever there is a place for it, now or later; settled() follows.
   void start();
 
   /// Whether a tray shows the item now.
@@ -53,6 +53,8 @@ class TrayController final : public QObject {
   void showMenuWindow();
 
  Q_SIGNALS:
+  /// Once, soon after start(): the item stands, or nothing takes it so far.
+  void settled();
   void visibilityChanged(bool open);
   void activated(const tockwise::MenuActivation& activation);
   /// A reminders document was dropped on the menu's window.
@@ -60,6 +62,7 @@ class TrayController final : public QObject {
   void trayAvailableChanged(bool available);
 
  private:
+  void settle();
   void followHost();
   void checkTray();
   void lookLater(int seconds);
@@ -84,6 +87,7 @@ class TrayController final : public QObject {
   QString m_toolTip;
   bool m_open = false;
   bool m_hadTray = false;
+  bool m_settled = false;
 };
 
 } // namespace tockwise

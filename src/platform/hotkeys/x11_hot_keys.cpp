@@ -27,24 +27,26 @@ constexpr size_t kGroupOffset = 13; // of a state event: the effective layout
 
 X11HotKeys::X11HotKeys(xcb_connection_t* connection)
     : m_connection(connection),
-      m_root(xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root),
-      m_keyboard(connection) {
-  if (!m_keyboard.isKnown()) {
-    m_states.fill(State::NotAvailable);
-    return;
-  }
+      m_root(xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root) {
   m_keyboardChanges.setSingleShot(true);
   m_keyboardChanges.setInterval(kSettle);
   connect(&m_keyboardChanges, &QTimer::timeout, this, [this] {
-    m_keyboard.read();
+    keyboard().read();
     followKeyboard();
   });
-  QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
 X11HotKeys::~X11HotKeys() {
   ungrabAll();
   xcb_flush(m_connection);
+}
+
+X11Keyboard& X11HotKeys::keyboard() const {
+  return m_keyboard ? *m_keyboard : m_keyboard.emplace(m_connection);
+}
+
+HotKeys::State X11HotKeys::state(HotKey key) const {
+  return isAvailable() ? m_states[size_t(key) - 1] : State::NotAvailable;
 }
 
 QString X11HotKeys::detail() const {
@@ -53,16 +55,22 @@ QString X11HotKeys::detail() const {
 }
 
 void X11HotKeys::registerHotKeys() {
+  if (!m_isWanted)
+    m_keyboard.reset(); // it may have changed since somebody asked
   if (!isAvailable())
     return;
-  if (!std::exchange(m_isWanted, true))
-    m_grabs = m_keyboard.grabs();
+  if (!std::exchange(m_isWanted, true)) {
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    m_grabs = keyboard().grabs();
+  }
   grabMissing();
 }
 
 void X11HotKeys::unregisterHotKeys() {
   if (!std::exchange(m_isWanted, false))
     return;
+  QCoreApplication::instance()->removeNativeEventFilter(this);
+  m_keyboardChanges.stop();
   const HotKeyStates before = m_states;
   ungrabAll();
   xcb_flush(m_connection);
@@ -86,8 +94,7 @@ void X11HotKeys::ungrabAll() {
   for (size_t i = 0; i < m_states.size(); ++i) {
     if (m_states[i] == State::Registered)
       ungrab(m_grabs.codes[i]);
-    if (isAvailable())
-      m_states[i] = State::Off;
+    m_states[i] = State::Off;
   }
 }
 
@@ -127,7 +134,7 @@ void X11HotKeys::ungrab(const std::vector<uint8_t>& codes) {
 void X11HotKeys::followKeyboard() {
   if (!m_isWanted)
     return;
-  KeyGrabs wanted = m_keyboard.grabs();
+  KeyGrabs wanted = keyboard().grabs();
   if (wanted == m_grabs)
     return;
   const HotKeyStates before = m_states;
@@ -147,7 +154,7 @@ bool X11HotKeys::nativeEventFilter(const QByteArray& eventType, void* message, q
   const uint8_t code = event->response_type & uint8_t(~kSent);
   if (code == XCB_KEY_PRESS || code == XCB_KEY_RELEASE)
     keyEvent(message, code == XCB_KEY_PRESS);
-  else if (code == m_keyboard.eventCode())
+  else if (code == keyboard().eventCode())
     keyboardEvent(static_cast<const uint8_t*>(message));
   else if (code == XCB_MAPPING_NOTIFY)
     m_keyboardChanges.start();
@@ -162,8 +169,8 @@ void X11HotKeys::keyboardEvent(const uint8_t* event) {
     m_keyboardChanges.start();
     break;
   case kNewState:
-    if (event[kGroupOffset] != m_keyboard.layout()) {
-      m_keyboard.setLayout(event[kGroupOffset]);
+    if (event[kGroupOffset] != keyboard().layout()) {
+      keyboard().setLayout(event[kGroupOffset]);
       followKeyboard();
     }
     break;

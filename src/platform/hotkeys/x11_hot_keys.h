@@ -12,9 +12,11 @@
 #include <QAbstractNativeEventFilter>
 #include <QTimer>
 
+#include <optional>
+
 namespace tockwise {
 
-/// Main thread; waits for the X server's answers.
+/// Main thread; waits for the X server's answers. It is first asked when something is asked here.
 class X11HotKeys final : public HotKeys, private QAbstractNativeEventFilter {
   Q_OBJECT
  public:
@@ -22,14 +24,15 @@ class X11HotKeys final : public HotKeys, private QAbstractNativeEventFilter {
   explicit X11HotKeys(xcb_connection_t* connection);
   ~X11HotKeys() override;
 
-  bool isAvailable() const override { return m_keyboard.isKnown(); }
+  bool isAvailable() const override { return keyboard().isKnown(); }
   /// Those that were taken are tried again.
   void registerHotKeys() override;
   void unregisterHotKeys() override;
-  State state(HotKey key) const override { return m_states[size_t(key) - 1]; }
+  State state(HotKey key) const override;
   QString detail() const override;
 
  private:
+  X11Keyboard& keyboard() const;
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
   void keyboardEvent(const uint8_t* event);
   void keyEvent(const void* event, bool isPress);
@@ -41,8 +44,8 @@ class X11HotKeys final : public HotKeys, private QAbstractNativeEventFilter {
   void tellChange(const HotKeyStates& before);
 
   xcb_connection_t* m_connection;
-  uint32_t m_root; // window
-  X11Keyboard m_keyboard;
+  uint32_t m_root;                               // window
+  mutable std::optional<X11Keyboard> m_keyboard; // up to date while hot keys are wanted
   KeyGrabs m_grabs;
   HotKeyStates m_states = allHotKeys(State::Off);
   KeyRepeat m_repeat;
