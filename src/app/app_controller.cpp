@@ -302,6 +302,7 @@ void AppController::quitNow() {
 }
 
 void AppController::endWithSession() {
+  m_tickTimer.stop(); // whoever holds it lets go of it on the way out
   saveNow();
   m_questions.leaveHidden();
   // quit() would close every window first: an open editor would ask whether to undo its changes,

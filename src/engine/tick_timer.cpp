@@ -33,6 +33,11 @@ void TickTimer::start() {
   tickNow();
 }
 
+void TickTimer::stop() {
+  m_state = State::Stopped;
+  m_wakeTimer.disarm();
+}
+
 void TickTimer::poke() {
   if (m_poked || !mayTick())
     return;
@@ -90,7 +95,7 @@ void TickTimer::onWillSleep() {
 }
 
 void TickTimer::onDidWake() {
-  if (m_state == State::NotStarted)
+  if (m_state == State::Stopped)
     return;
   m_state = State::Running;
   m_tick.setWait(true);

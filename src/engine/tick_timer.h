@@ -38,6 +38,9 @@ class TickTimer final : public QObject {
 
   /// Ticks at once and goes on from there. Call it once.
   void start();
+  /// Nothing ticks any more, whatever happens: the program ends, and what falls due meanwhile is
+  /// the next start's.
+  void stop();
 
   /// Something that a tick looks at has changed: ticks as soon as the event loop runs again, once
   /// for any number of calls. Nothing before start() and while the machine is about to sleep.
@@ -54,7 +57,7 @@ class TickTimer final : public QObject {
   void ticked();
 
  private:
-  enum class State { NotStarted, Running, Asleep };
+  enum class State { Stopped, Running, Asleep };
   bool mayTick() const;
   void tickNow();
   void arm();
@@ -66,7 +69,7 @@ class TickTimer final : public QObject {
   WakeTimer& m_wakeTimer;
   const Clock& m_clock;
   SingleShot m_singleShot;
-  State m_state = State::NotStarted;
+  State m_state = State::Stopped;
   bool m_everySecond = false;
   bool m_held = false;
   bool m_poked = false;

@@ -204,6 +204,20 @@ class WithApplication(PDFFiles, PreviewTest):
         self.wait_for_preview()
         self.assertEqual(self.session.quit_application(), 0)
 
+    def test_what_fell_due_beside_the_preview_waits_for_the_next_start(self):
+        ran = self.session.folder / "ran"
+        script = self.session.folder / "run.sh"
+        script.write_text(f"#!/bin/sh\necho ran >> {ran}\n")
+        script.chmod(0o755)
+        self.run_command("print")
+        self.wait_for_preview()
+        signals = self.record()
+        self.add("Tea", "--at", PAST, "--task", f"script:{script}")
+        self.assertEqual(self.session.quit_application(), 0)
+        self.assertEqual([each for each in signals if each[1] == "ReminderFired"], [])
+        self.assertFalse(ran.exists())
+        self.assertEqual(self.texts(), ["Tea"])
+
     def test_a_signal_ends_the_program_in_order_while_the_preview_is_open(self):
         self.add("Tea", "--in", "1 Hour")
         self.run_command("print")

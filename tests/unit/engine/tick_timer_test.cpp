@@ -334,6 +334,25 @@ class TickTimerTest : public QObject {
     QVERIFY(wakeTimer.armed);
   }
 
+  void stoppedNothingTicksWhateverEnds() {
+    f->add(10);
+    f->timer.start();
+    f->timer.hold(true);
+    f->clock.advance(3600);
+    f->timer.poke();
+    f->timer.stop();
+    f->timer.hold(false);
+    f->timer.setEverySecond(true);
+    f->wakeTimer.changeClock();
+    f->power.sleep();
+    f->power.wake();
+    QCoreApplication::processEvents();
+    QCOMPARE(f->ticks, 1);
+    QVERIFY(!f->wakeTimer.armed);
+    QVERIFY(f->shots.empty());
+    QCOMPARE(f->actions.alerts.size(), size_t(0));
+  }
+
   void theSystemsSingleShotRunsItsWorkUnlessItsContextIsGone() {
     const auto shot = TickTimer::systemSingleShot();
     int runs = 0;
