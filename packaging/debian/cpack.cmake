@@ -24,9 +24,9 @@ file(READ ${CMAKE_CURRENT_LIST_DIR}/description description)
 string(STRIP "${description}" CPACK_PACKAGE_DESCRIPTION)
 
 # The libraries are found by dpkg-shlibdeps. What it cannot see: the zones' rules, which are read
-# from their files, and what is loaded or asked for when it is there.
+# from their files, and what is loaded or asked for when it is there. (GIO comes with GLib.)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "tzdata")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libcanberra0, tzdata")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, \
 hicolor-icon-theme, libcanberra-pulse, libqt6svg6, libsecret-1-0, notification-daemon, qt6-wayland")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cups, gnome-keyring | kwalletmanager, qt6-image-formats-plugins")

@@ -158,6 +158,7 @@ void AppController::start() {
   QTimer::singleShot(0, &m_editing, &ReminderEditing::offerDrafts);
 }
 
+// Once the tray has the item.
 void AppController::startTheRest() {
   QApplication::setWindowIcon(applicationIcon()); // windows that are open get it, too
   m_hotKeyActions.start();

@@ -8,6 +8,7 @@
 #include "app/old_text_conversion.h"
 #include "app/placeholder_color.h"
 #include "base/log.h"
+#include "menu/ui/clock_icon.h"
 #include "platform/autostart_login_items.h"
 #include "platform/canberra_sound_player.h"
 #include "platform/clipboard_pasteboard.h"
@@ -84,6 +85,15 @@ void leaveBus() {
   bus.unregisterObject(busPath());
 }
 
+// Commands, launchers and panels find the controller behind the root, until the program ends.
+void offerOnBus(QObject& root, AppController& controller) {
+  new CommandAdaptor(&root, controller);
+  new ApplicationAdaptor(&root, controller);
+  if (claimBusName(root) == Instance::Second) // the holder of the store is us, so this is strange
+    logLine(QStringLiteral("another program has the name %1").arg(busName()));
+  QObject::connect(qApp, &QCoreApplication::aboutToQuit, &root, leaveBus);
+}
+
 bool isRunning() {
   const QDBusConnection bus = QDBusConnection::sessionBus();
   return bus.isConnected() && bus.interface()->isServiceRegistered(busName());
@@ -95,6 +105,7 @@ int failToStart(const Error& error) {
           ? QStringLiteral("another Tockwise has your reminders open (in another session?)")
           : error.message;
   std::fprintf(stderr, "tockwise: %s\n", qUtf8Printable(reason));
+  QApplication::setWindowIcon(applicationIcon());
   MessagePrompter().ask(
       {QStringLiteral("Tockwise cannot start"), reason, {QStringLiteral("OK")}, 0, 0});
   return 1;
@@ -147,27 +158,41 @@ Ports linuxPorts(const Clock& clock) {
           std::make_unique<KeychainSecretStore>()};
 }
 
-} // namespace
+int failWithoutDisplay() {
+  std::fputs("tockwise: there is no display to show anything on; the command line works without "
+             "one (tockwise --help)\n",
+             stderr);
+  return 1;
+}
 
-int runApplication(int argc, char** argv, const QStringList& documents) {
-  if (!hasDisplay()) {
-    std::fputs("tockwise: there is no display to show anything on; the command line works without "
-               "one (tockwise --help)\n",
-               stderr);
-    return 1;
-  }
-  auto failure = std::make_optional<DisplayFailure>();
-  QApplication application(argc, argv);
-  failure.reset();
+void introduceProgram() {
   QApplication::setApplicationName(QStringLiteral("tockwise"));
   QApplication::setApplicationDisplayName(QStringLiteral("Tockwise"));
   QApplication::setApplicationVersion(QStringLiteral(TOCKWISE_VERSION));
   QApplication::setDesktopFileName(busName());
   QApplication::setQuitOnLastWindowClosed(false);
+}
+
+// Each asks, in an event loop of its own: the next one waits for its answer.
+void openLater(AppController& controller, const QStringList& documents) {
+  QTimer::singleShot(0, &controller, [&controller, documents] {
+    for (const QString& path : documents)
+      controller.documents().openFile(path);
+  });
+}
+
+} // namespace
+
+int runApplication(int argc, char** argv, const QStringList& documents) {
+  if (!hasDisplay())
+    return failWithoutDisplay();
+  auto failure = std::make_optional<DisplayFailure>();
+  QApplication application(argc, argv);
+  failure.reset();
+  introduceProgram();
   const PlaceholderColor placeholderColor;
   const FloatingDialogs floatingDialogs;
   followSessionSaves(application, [] { return AutostartLoginItems::ofUser().isPresent(); });
-
   const SystemClock clock;
   auto opened = openStore(clock, documents);
   if (!opened)
@@ -176,20 +201,12 @@ int runApplication(int argc, char** argv, const QStringList& documents) {
     return failToStart(opened->error());
   AppController controller(std::move(**opened), linuxPorts(clock));
   QObject root;
-  new CommandAdaptor(&root, controller);
-  new ApplicationAdaptor(&root, controller);
-  if (claimBusName(root) == Instance::Second) // the holder of the store is us, so this is strange
-    logLine(QStringLiteral("another program has the name %1").arg(busName()));
-  QObject::connect(&application, &QCoreApplication::aboutToQuit, &root, leaveBus);
+  offerOnBus(root, controller);
   const TerminationSignals termination;
   QObject::connect(&termination, &TerminationSignals::received, &controller,
                    &AppController::endWithSession);
   controller.start();
-  // Each asks, in an event loop of its own: the next one waits for its answer.
-  QTimer::singleShot(0, &controller, [&] {
-    for (const QString& path : documents)
-      controller.documents().openFile(path);
-  });
+  openLater(controller, documents);
   return QApplication::exec();
 }
 

@@ -253,6 +253,9 @@ def check_files(system):
     expect("Exec=/usr/bin/tockwise\n" in entry, f"the bus would start another program: {entry}")
     missing = re.findall(r".*not found.*", system.as_user("ldd", "/usr/bin/tockwise"))
     expect(not missing, f"libraries are missing: {missing}")
+    known = system.as_user("/sbin/ldconfig", "-p")
+    for library in ("libcanberra.so.0", "libgio-2.0.so.0"):  # loaded when they are needed
+        expect(library in known, f"{library} is missing")
 
 
 def check_nothing_left(system):

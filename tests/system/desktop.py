@@ -140,6 +140,12 @@ class Desktop:
             self._display.intern_atom("_NET_WM_USER_TIME"), Xatom.CARDINAL)
         return value.value[0] if value is not None and len(value.value) else 0
 
+    def has_icon(self, window):
+        """Whether its program gave it one for task lists."""
+        value = self._display.create_resource_object("window", window.identifier).get_full_property(
+            self._display.intern_atom("_NET_WM_ICON"), Xatom.CARDINAL)
+        return value is not None and len(value.value) > 0
+
     def active_window(self):
         """The identifier of the window that has the keyboard, or 0."""
         value = self._root.get_full_property(

@@ -34,8 +34,17 @@ class Panel final : public QDBusVirtualObject {
     m_connection.unregisterService(QStringLiteral("org.kde.StatusNotifierWatcher"));
     m_connection.unregisterObject(QStringLiteral("/StatusNotifierWatcher"));
   }
+  /// Tells that it can show items now.
+  void open() {
+    hasHost = true;
+    m_connection.send(QDBusMessage::createSignal(QStringLiteral("/StatusNotifierWatcher"),
+                                                 QStringLiteral("org.kde.StatusNotifierWatcher"),
+                                                 QStringLiteral("StatusNotifierHostRegistered")));
+  }
   QStringList registered;
   QString sender;
+  bool answers = true;
+  bool hasHost = true;
 
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
     if (message.member() == u"RegisterStatusNotifierItem") {
@@ -43,7 +52,8 @@ class Panel final : public QDBusVirtualObject {
       sender = message.service();
       return connection.send(message.createReply());
     }
-    return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(true))));
+    return !answers ||
+           connection.send(message.createReply(QVariant::fromValue(QDBusVariant(hasHost))));
   }
   QString introspect(const QString&) const override { return {}; }
 
@@ -252,6 +262,58 @@ class TrayControllerTest : public QObject {
     m_panel->come();
     QTRY_COMPARE(m_panel->registered.size(), 2);
     QCOMPARE(available.size(), 3);
+  }
+
+  void aWatcherWithoutAPanelIsAskedAgainWhenItHasOne() {
+    m_panel->hasHost = false;
+    m_panel->come();
+    QSignalSpy settled(m_tray.get(), &TrayController::settled);
+    m_tray->start();
+    QVERIFY(settled.wait());
+    QVERIFY(m_panel->registered.isEmpty());
+    m_panel->open();
+    QTRY_COMPARE(m_panel->registered.size(), 1);
+  }
+
+  void itIsSettledOnceWhenAPanelHasTheItem() {
+    m_panel->come();
+    QSignalSpy settled(m_tray.get(), &TrayController::settled);
+    m_tray->start();
+    QVERIFY(settled.isEmpty()); // what waits for it does not delay the item
+    QVERIFY(settled.wait());
+    QVERIFY(m_tray->hasTray());
+    m_panel->leave();
+    QTRY_VERIFY(!m_tray->hasTray());
+    m_panel->come();
+    QTRY_VERIFY(m_tray->hasTray());
+    QCOMPARE(settled.size(), 1);
+  }
+
+  void withoutAPanelOrItsAnswerItIsSettledAllTheSame_data() {
+    QTest::addColumn<bool>("hasPanel");
+    QTest::newRow("none") << false;
+    QTest::newRow("one that hangs") << true;
+  }
+  void withoutAPanelOrItsAnswerItIsSettledAllTheSame() {
+    QFETCH(bool, hasPanel);
+    m_panel->answers = false;
+    if (hasPanel)
+      m_panel->come();
+    QSignalSpy settled(m_tray.get(), &TrayController::settled);
+    m_tray->start();
+    QVERIFY(settled.wait());
+    QVERIFY(!m_tray->hasTray());
+    QCOMPARE(settled.size(), 1);
+  }
+
+  void withoutABusItIsSettledAllTheSame() {
+    TrayController tray([this] { return m_fixture->input(); },
+                        QDBusConnection::connectToBus(QStringLiteral("unix:path=/nowhere"),
+                                                      QStringLiteral("nowhere")));
+    QSignalSpy settled(&tray, &TrayController::settled);
+    tray.start();
+    QVERIFY(settled.wait());
+    QCOMPARE(settled.size(), 1);
   }
 
   void thePanelSeesIconAndToolTip() {

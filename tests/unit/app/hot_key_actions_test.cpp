@@ -16,6 +16,7 @@ struct Fixture {
   HotKeyActions actions{keys, settings};
   QSignalSpy chosen{&actions, &HotKeyActions::operationChosen};
 
+  Fixture() { actions.start(); }
   void set(bool on) {
     settings.setValue(kKey, Value(on));
     actions.follow();
@@ -34,6 +35,7 @@ class HotKeyActionsTest : public QObject {
   Q_OBJECT
  private Q_SLOTS:
   void nothingIsRegisteredByDefault();
+  void nothingIsRegisteredBeforeTheStart();
   void keysAreRegisteredAndGivenBackAsTheSettingSays();
   void followingAgainRegistersNothingAgain();
   void takenKeysAreTriedAgain();
@@ -49,6 +51,16 @@ void HotKeyActionsTest::nothingIsRegisteredByDefault() {
   QVERIFY(!it.keys.registered);
   it.keys.press(1);
   QVERIFY(it.operations().isEmpty());
+}
+
+void HotKeyActionsTest::nothingIsRegisteredBeforeTheStart() {
+  FakeHotKeys keys;
+  const MemorySettings settings{{{kKey, Value(true)}}};
+  HotKeyActions actions(keys, settings);
+  actions.follow();
+  QVERIFY(!keys.registered);
+  actions.start();
+  QVERIFY(keys.registered);
 }
 
 void HotKeyActionsTest::keysAreRegisteredAndGivenBackAsTheSettingSays() {
