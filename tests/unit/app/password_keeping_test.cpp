@@ -1,4 +1,4 @@
-#include "app/password_keeping.h"
+#include "prefs/password_keeping.h"
 #include "store/kept_elsewhere.h"
 #include "store/root_dictionary.h"
 #include "store/store_backups.h"
