@@ -13,7 +13,6 @@
 #include "app/command_service.h"
 #include "app/hot_key_actions.h"
 #include "app/no_tray_hint.h"
-#include "app/password_keeping.h"
 #include "app/ports.h"
 #include "app/store_watch.h"
 #include "documents/reminders_documents.h"
@@ -29,6 +28,7 @@
 #include "menu/rich_titles.h"
 #include "menu/sort/queue_sort.h"
 #include "menu/ui/tray_controller.h"
+#include "prefs/password_keeping.h"
 #include "prefs/ui/preference_window_controller.h"
 #include "print/printing.h"
 

@@ -1,8 +1,8 @@
 // The password while no application runs: commands work on the store itself.
 #pragma once
 
-#include "app/password_keeping.h"
 #include "platform/secrets/keychain_secret_store.h"
+#include "prefs/password_keeping.h"
 
 namespace tockwise {
 

@@ -10,11 +10,8 @@ Question yesOrNo(const QString& title, const QString& message) {
 } // namespace
 
 Question blankReminderMessage() {
-  return Question{QStringLiteral("No Reminder"),
-                  QStringLiteral("Your reminder is blank. Please type in a reminder."),
-                  {QStringLiteral("OK")},
-                  0,
-                  0};
+  return messageToRead(QStringLiteral("No Reminder"),
+                       QStringLiteral("Your reminder is blank. Please type in a reminder."));
 }
 
 Question pastDateQuestion() {

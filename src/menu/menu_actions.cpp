@@ -82,11 +82,9 @@ bool MenuActions::clearQueue() {
 }
 
 void MenuActions::importCalendarEventsPrefs() {
-  m_prompter.ask({QStringLiteral("No calendar is connected."),
-                  QStringLiteral("This version of Tockwise does not import calendar events."),
-                  {QStringLiteral("OK")},
-                  0,
-                  0});
+  m_prompter.ask(
+      messageToRead(QStringLiteral("No calendar is connected."),
+                    QStringLiteral("This version of Tockwise does not import calendar events.")));
 }
 
 } // namespace tockwise

@@ -16,6 +16,11 @@ struct Question {
   int quitButton = -1;   // after this answer the program ends; -1: after none
 };
 
+/// A message that waits until it has been read: its one button is "OK". Any thread.
+inline Question messageToRead(const QString& title, const QString& message) {
+  return {title, message, {QStringLiteral("OK")}, 0, 0};
+}
+
 class Prompter {
  public:
   virtual ~Prompter() = default;

@@ -109,11 +109,8 @@ void PrintOperation::offerPDF(const QString& title, const QString& message) {
     return;
   if (const auto saved = savePDF(path); !saved) {
     logLine(saved.error().message);
-    m_prompter.ask({QStringLiteral("The PDF file could not be saved."),
-                    saved.error().message,
-                    {QStringLiteral("OK")},
-                    0,
-                    0});
+    m_prompter.ask(
+        messageToRead(QStringLiteral("The PDF file could not be saved."), saved.error().message));
   }
 }
 

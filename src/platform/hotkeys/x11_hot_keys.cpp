@@ -71,14 +71,14 @@ void X11HotKeys::unregisterHotKeys() {
     return;
   QCoreApplication::instance()->removeNativeEventFilter(this);
   m_keyboardChanges.stop();
-  const HotKeyStates before = m_states;
+  const States before = m_states;
   ungrabAll();
   xcb_flush(m_connection);
   tellChange(before);
 }
 
 void X11HotKeys::grabMissing() {
-  const HotKeyStates before = m_states;
+  const States before = m_states;
   for (size_t i = 0; i < m_states.size(); ++i) {
     if (m_states[i] == State::Registered)
       continue;
@@ -98,7 +98,7 @@ void X11HotKeys::ungrabAll() {
   }
 }
 
-void X11HotKeys::tellChange(const HotKeyStates& before) {
+void X11HotKeys::tellChange(const States& before) {
   if (m_states != before)
     Q_EMIT stateChanged();
 }
@@ -137,7 +137,7 @@ void X11HotKeys::followKeyboard() {
   KeyGrabs wanted = keyboard().grabs();
   if (wanted == m_grabs)
     return;
-  const HotKeyStates before = m_states;
+  const States before = m_states;
   ungrabAll();
   m_grabs = std::move(wanted);
   {

@@ -32,6 +32,8 @@ class X11HotKeys final : public HotKeys, private QAbstractNativeEventFilter {
   QString detail() const override;
 
  private:
+  using States = std::array<State, 4>;
+
   X11Keyboard& keyboard() const;
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
   void keyboardEvent(const uint8_t* event);
@@ -41,13 +43,13 @@ class X11HotKeys final : public HotKeys, private QAbstractNativeEventFilter {
   void ungrab(const std::vector<uint8_t>& codes);
   void grabMissing();
   void ungrabAll();
-  void tellChange(const HotKeyStates& before);
+  void tellChange(const States& before);
 
   xcb_connection_t* m_connection;
   uint32_t m_root;                               // window
   mutable std::optional<X11Keyboard> m_keyboard; // up to date while hot keys are wanted
   KeyGrabs m_grabs;
-  HotKeyStates m_states = allHotKeys(State::Off);
+  States m_states{State::Off, State::Off, State::Off, State::Off};
   KeyRepeat m_repeat;
   QTimer m_keyboardChanges; // several events tell of one change
   bool m_isWanted = false;

@@ -229,7 +229,7 @@ void PreferenceWindowController::saveForm() {
 }
 
 void PreferenceWindowController::doAlert(const QString& title, const QString& text) {
-  m_surroundings.prompter.ask({title, text, {QStringLiteral("OK")}, 0, 0});
+  m_surroundings.prompter.ask(messageToRead(title, text));
 }
 
 void PreferenceWindowController::applyPrefs() {

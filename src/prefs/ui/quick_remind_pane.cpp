@@ -85,7 +85,7 @@ void QuickRemindPane::defaultOrder() {
 
 void QuickRemindPane::finish(const std::optional<PreferenceAlert>& refusal, qsizetype row) {
   if (refusal) {
-    m_prompter.ask({refusal->title, refusal->text, {QStringLiteral("OK")}, 0, 0});
+    m_prompter.ask(messageToRead(refusal->title, refusal->text));
     return;
   }
   m_model->reload();

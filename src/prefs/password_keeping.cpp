@@ -1,4 +1,4 @@
-#include "app/password_keeping.h"
+#include "prefs/password_keeping.h"
 
 #include "base/log.h"
 
