@@ -18,7 +18,6 @@ namespace tockwise {
 namespace {
 
 constexpr int kSign = 40;      // pixels
-constexpr int kTitleBar = 32;  // pixels, as long as the frame is not known
 constexpr int kTextWidth = 52; // of a line, in widths of a letter
 
 } // namespace
@@ -119,8 +118,8 @@ void AlertPanels::place(AlertPanelController& panel) const {
   const auto isPanel = [](const QWidget& window) {
     return qobject_cast<const AlertPanelController*>(&window) != nullptr;
   };
-  panel.present(
-      placeAlert(panel.size() + QSize(0, kTitleBar), workArea, others, visibleDialogs(isPanel)));
+  panel.present(placeAlert(panel.size() + QSize(0, kLikelyTitleBar), workArea, others,
+                           visibleDialogs(isPanel)));
 }
 
 void AlertPanels::remove(const AlertPanelController* panel) {

@@ -15,7 +15,6 @@ namespace {
 constexpr int kSettleDelay = 150;   // milliseconds
 constexpr int kCloseAllDelay = 100; // milliseconds: the windows come back before they close
 constexpr int kShareOfTurn = 40;    // milliseconds in which windows are made before others get on
-constexpr int kTitleBar = 32;       // until a window has been mapped its frame is not known
 
 enum CloseAllAnswer { No = 0, Yes = 1 };
 
@@ -137,8 +136,8 @@ void AlertWindows::place(AlertWindowController& window) const {
     if (other && other != &window && other->isVisible())
       others += other->frameGeometry();
   }
-  window.present(
-      placeAlert(window.size() + QSize(0, kTitleBar), workArea, others, visibleDialogs(isAlert)));
+  window.present(placeAlert(window.size() + QSize(0, kLikelyTitleBar), workArea, others,
+                            visibleDialogs(isAlert)));
 }
 
 void AlertWindows::keepLevels() {

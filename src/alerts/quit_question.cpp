@@ -5,7 +5,7 @@
 namespace tockwise {
 namespace {
 
-enum Answer { No = 0, Yes = 1 };
+enum QuitAnswer { Stay = 0, Quit = 1 };
 
 QString counted(qint64 count, const QString& one, const QString& several) {
   return count == 1 ? one : several.arg(count);
@@ -37,10 +37,10 @@ TerminateReply QuitQuestion::ask(const QString& message) {
   question.title = QStringLiteral("Are you sure you want to quit Tockwise?");
   question.message = message;
   question.buttons = {QStringLiteral("No"), QStringLiteral("Yes")};
-  question.defaultButton = No;
-  question.escapeButton = No;
-  question.quitButton = Yes;
-  return m_prompter.ask(question) == Yes ? TerminateReply::TerminateNow : TerminateReply::Cancel;
+  question.defaultButton = Stay;
+  question.escapeButton = Stay;
+  question.quitButton = Quit;
+  return m_prompter.ask(question) == Quit ? TerminateReply::TerminateNow : TerminateReply::Cancel;
 }
 
 } // namespace tockwise

@@ -9,15 +9,15 @@ namespace {
 
 constexpr qsizetype kLongestQuestionText = 50;
 
-enum Answer { Yes = 0, No = 1 };
+enum DeleteAnswer { Delete = 0, Keep = 1 };
 
 Question deleteQuestion(const QString& text) {
   Question question;
   question.title = QStringLiteral("Are you sure you want to delete this reminder?");
   question.message = cutText(text, kLongestQuestionText);
   question.buttons = {QStringLiteral("Yes"), QStringLiteral("No")};
-  question.defaultButton = Yes;
-  question.escapeButton = No;
+  question.defaultButton = Delete;
+  question.escapeButton = Keep;
   return question;
 }
 
@@ -37,7 +37,7 @@ void RemoveReminder::askAndRemove(qsizetype index) {
     logLine(text ? uuid.error().message : text.error().message);
     return;
   }
-  if (m_prompter.ask(deleteQuestion(*text)) != Yes)
+  if (m_prompter.ask(deleteQuestion(*text)) != Delete)
     return;
   // The queue may have been sorted, merged or shortened while the question was open.
   if (const auto removed = m_remove(*uuid); !removed)

@@ -7,8 +7,8 @@ namespace tockwise {
 namespace {
 
 // In the order of the numbers, from 1.
-constexpr const char16_t* kOperations[] = {u"newReminder", u"showAllCurrentAlerts",
-                                           u"hideAllCurrentAlerts", u"printAllCurrentAlerts"};
+constexpr const char16_t* kHotKeyOperations[] = {u"newReminder", u"showAllCurrentAlerts",
+                                                 u"hideAllCurrentAlerts", u"printAllCurrentAlerts"};
 
 } // namespace
 
@@ -43,8 +43,8 @@ bool HotKeyActions::isAnyMissing() const {
 
 // A key may have been on its way when the keys were given back.
 void HotKeyActions::perform(int number) {
-  if (m_isOn && number >= 1 && number <= int(std::size(kOperations)))
-    Q_EMIT operationChosen(QString::fromUtf16(kOperations[number - 1]));
+  if (m_isOn && number >= 1 && number <= int(std::size(kHotKeyOperations)))
+    Q_EMIT operationChosen(QString::fromUtf16(kHotKeyOperations[number - 1]));
 }
 
 } // namespace tockwise

@@ -2,6 +2,7 @@
 
 #include "app/bus_names.h"
 #include "cli/bus_call.h"
+#include "cli/waiting.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -17,9 +18,6 @@
 
 namespace tockwise {
 namespace {
-
-constexpr qint64 kPatience = 10000;  // ms, for an application that starts or ends
-constexpr unsigned long kPause = 10; // ms
 
 bool isRunning() {
   return QDBusConnection::sessionBus().interface()->isServiceRegistered(busName());

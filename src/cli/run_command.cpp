@@ -11,6 +11,7 @@
 #include "cli/password_option.h"
 #include "cli/rich_option.h"
 #include "cli/store_backend.h"
+#include "cli/waiting.h"
 #include "prefs/setting_table.h"
 
 #include <QDir>
@@ -29,8 +30,6 @@ namespace tockwise {
 namespace {
 
 // How long a command waits for another one that has the store open.
-constexpr qint64 kPatience = 10000;  // ms
-constexpr unsigned long kPause = 10; // ms
 
 // An application that hangs is amiss, too.
 constexpr std::chrono::seconds kPatienceOfDoctor{5};

@@ -25,4 +25,9 @@ QColor mixed(const QColor& a, const QColor& b, double part) {
                           mix(a.blueF(), b.blueF()));
 }
 
+QColor withOpacity(QColor color, double opacity) {
+  color.setAlphaF(float(opacity));
+  return color;
+}
+
 } // namespace tockwise

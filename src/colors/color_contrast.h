@@ -11,5 +11,7 @@ double luminance(const QColor& color);
 double contrast(const QColor& a, const QColor& b);
 /// part of a over the rest of b: 1 is a, 0 is b. The result is opaque.
 QColor mixed(const QColor& a, const QColor& b, double part);
+/// color as one that lets through what is below it: opacity 1 nothing, 0 all.
+QColor withOpacity(QColor color, double opacity);
 
 } // namespace tockwise

@@ -1,6 +1,7 @@
 #include "dates/calendar.h"
 
 #include "dates/civil.h"
+#include "dates/icu_text.h"
 #include "dates/posix_zone.h"
 #include "dates/user_environment.h"
 #include "dates/zone_offsets.h"
@@ -28,14 +29,6 @@ constexpr qint64 kMostSeconds = 2 * kFarthest + 1;
 
 // Pure Gregorian: the earliest change from the Julian calendar that ICU can hold.
 constexpr double kNoJulianYears = double(std::numeric_limits<qint32>::min()) * 86400000.0;
-
-icu::UnicodeString toIcu(QStringView text) {
-  return {reinterpret_cast<const char16_t*>(text.utf16()), int32_t(text.size())};
-}
-
-QString fromIcu(const icu::UnicodeString& text) {
-  return QString::fromUtf16(text.getBuffer(), text.length());
-}
 
 qint64 clampedInstant(qint64 instant) {
   return std::clamp(instant, -kFarthest, kFarthest);

@@ -2,6 +2,7 @@
 
 #include "base/log.h"
 #include "dates/civil.h"
+#include "dates/icu_text.h"
 
 #include <QString>
 
@@ -14,10 +15,6 @@
 
 namespace tockwise {
 namespace {
-
-icu::UnicodeString toIcu(QStringView text) {
-  return {reinterpret_cast<const char16_t*>(text.utf16()), int32_t(text.size())};
-}
 
 /// A day of the year at which the clock changes, as SimpleTimeZone wants it.
 struct ChangeRule {

@@ -1,5 +1,7 @@
 #include "editor/clock_face.h"
 
+#include "colors/color_contrast.h"
+
 #include <QAccessible>
 #include <QKeyEvent>
 #include <QLocale>
@@ -44,11 +46,6 @@ int wrapped(int minutes) {
 QPointF onCircle(double degrees, double radius) {
   const double radians = degrees * std::numbers::pi / 180;
   return {radius * std::sin(radians), -radius * std::cos(radians)};
-}
-
-QColor faded(QColor color, double opacity) {
-  color.setAlphaF(float(opacity));
-  return color;
 }
 
 } // namespace
@@ -213,12 +210,12 @@ void ClockFace::drawFace(QPainter& painter) const {
   const QColor ink = palette().color(QPalette::Text);
   painter.setBrush(palette().color(QPalette::Base));
   painter.setPen(hasFocus() ? QPen(palette().color(QPalette::Highlight), 3)
-                            : QPen(faded(ink, 0.25), 1.5));
+                            : QPen(withOpacity(ink, 0.25), 1.5));
   painter.drawEllipse(QPointF(), kRadius - 2, kRadius - 2);
   for (int minute = 0; minute < 60; ++minute) {
     const bool isHour = minute % 5 == 0;
-    painter.setPen(
-        QPen(faded(ink, isHour ? 0.6 : 0.25), isHour ? 1.8 : 1.2, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(withOpacity(ink, isHour ? 0.6 : 0.25), isHour ? 1.8 : 1.2, Qt::SolidLine,
+                        Qt::RoundCap));
     painter.drawLine(onCircle(minute * 6, 93), onCircle(minute * 6, isHour ? 88 : 91));
   }
 }

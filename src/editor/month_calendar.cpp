@@ -1,5 +1,7 @@
 #include "editor/month_calendar.h"
 
+#include "colors/color_contrast.h"
+
 #include <QEvent>
 #include <QPainter>
 #include <QSignalBlocker>
@@ -10,11 +12,6 @@
 
 namespace tockwise {
 namespace {
-
-QColor faded(QColor color, double opacity) {
-  color.setAlphaF(float(opacity));
-  return color;
-}
 
 // Flat, in the window's own colours; the navigation's default is a bar of the accent colour.
 constexpr char16_t kNavigationStyle[] =
@@ -79,7 +76,7 @@ void MonthCalendar::setToday(QDate today) {
 
 void MonthCalendar::colourTheParts() {
   QTextCharFormat header;
-  header.setForeground(faded(palette().color(QPalette::Text), 0.6));
+  header.setForeground(withOpacity(palette().color(QPalette::Text), 0.6));
   setHeaderTextFormat(header);
   QTextCharFormat plain;
   for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
@@ -99,7 +96,7 @@ void MonthCalendar::paintCell(QPainter* painter, const QRect& rect, QDate date) 
   const QColor accent = palette().color(group, QPalette::Highlight);
   QColor ink = palette().color(group, isSelected ? QPalette::HighlightedText : QPalette::Text);
   if (!isOfMonth && !isSelected)
-    ink = faded(ink, 0.4);
+    ink = withOpacity(ink, 0.4);
   painter->save();
   painter->fillRect(rect, palette().color(group, QPalette::Base)); // over the view's selection
   painter->setRenderHint(QPainter::Antialiasing);

@@ -15,11 +15,11 @@ namespace {
 
 using RecentEntry = ReminderStore::RecentEntry;
 
-enum Answer { Yes = 0, No = 1 };
+enum KeepAnswer { Keep = 0, LetGo = 1 };
 
 /// Escape is the answer that loses nothing.
 Question keepQuestion(const QString& title, const QString& message) {
-  return {title, message, {QStringLiteral("Yes"), QStringLiteral("No")}, Yes, Yes};
+  return {title, message, {QStringLiteral("Yes"), QStringLiteral("No")}, Keep, Keep};
 }
 
 Question goneQuestion() {
@@ -239,7 +239,7 @@ void ReminderEditing::Private::takeEdited(const ReminderDraft& result) {
     if (edited.error().kind != Error::Kind::NotFound)
       logLine(edited.error().message);
     keepResult(result); // the program may end while the question is open
-    if (prompter.ask(goneQuestion()) == No)
+    if (prompter.ask(goneQuestion()) == LetGo)
       return;
     store.appendReminder(reminderOf(result), RecentEntry::Add);
   }
@@ -347,7 +347,7 @@ void ReminderEditing::offerDrafts() {
     return;
   const int answer = d->prompter.ask(draftsQuestion(left.size()));
   for (ReminderDraft& draft : left) {
-    if (answer == No)
+    if (answer == LetGo)
       d->drafts.remove(draft.identifier);
     else
       d->open(std::move(draft), Origin::Draft);

@@ -17,9 +17,9 @@
 namespace tockwise {
 namespace {
 
-const QString kService = QStringLiteral("org.freedesktop.Notifications");
-const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
-const QString kInterface = QStringLiteral("org.freedesktop.Notifications");
+const QString kNotifications = QStringLiteral("org.freedesktop.Notifications");
+const QString kNotificationsPath = QStringLiteral("/org/freedesktop/Notifications");
+const QString kNotificationsInterface = QStringLiteral("org.freedesktop.Notifications");
 const QString kDefaultAction = QStringLiteral("default"); // a click on the notification itself
 
 constexpr int kPatience = 10000; // milliseconds: a service that is started on demand takes a while
@@ -27,7 +27,8 @@ constexpr int kServersExpiry = -1;
 constexpr double kLongestWait = 86400.0; // seconds
 
 QDBusMessage callOf(const char* method) {
-  return QDBusMessage::createMethodCall(kService, kPath, kInterface, QString::fromLatin1(method));
+  return QDBusMessage::createMethodCall(kNotifications, kNotificationsPath, kNotificationsInterface,
+                                        QString::fromLatin1(method));
 }
 
 } // namespace
@@ -45,8 +46,8 @@ bool DesktopNotificationCentre::isAvailable() const {
   if (!m_bus.isConnected())
     return false;
   QDBusConnectionInterface* bus = m_bus.interface();
-  return bus->isServiceRegistered(kService) ||
-         bus->activatableServiceNames().value().contains(kService);
+  return bus->isServiceRegistered(kNotifications) ||
+         bus->activatableServiceNames().value().contains(kNotifications);
 }
 
 quint64 DesktopNotificationCentre::schedule(const UserNotification& notification) {
@@ -65,15 +66,15 @@ void DesktopNotificationCentre::watchService() {
     return;
   m_watcher.setConnection(m_bus);
   m_watcher.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
-  m_watcher.addWatchedService(kService);
+  m_watcher.addWatchedService(kNotifications);
   connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this,
           [this] { m_failureReported = false; });
   connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
           &DesktopNotificationCentre::serviceWent);
-  m_bus.connect(kService, kPath, kInterface, QStringLiteral("ActionInvoked"), this,
-                SLOT(actionInvoked(uint, QString)));
-  m_bus.connect(kService, kPath, kInterface, QStringLiteral("NotificationClosed"), this,
-                SLOT(notificationClosed(uint, uint)));
+  m_bus.connect(kNotifications, kNotificationsPath, kNotificationsInterface,
+                QStringLiteral("ActionInvoked"), this, SLOT(actionInvoked(uint, QString)));
+  m_bus.connect(kNotifications, kNotificationsPath, kNotificationsInterface,
+                QStringLiteral("NotificationClosed"), this, SLOT(notificationClosed(uint, uint)));
 }
 
 void DesktopNotificationCentre::deliver(quint64 number) {

@@ -21,7 +21,7 @@
 namespace tockwise {
 namespace {
 
-constexpr int kPatience = 500; // ms
+constexpr int kProbePatience = 500; // ms
 
 template <typename T> using Allocated = std::unique_ptr<T, decltype(&std::free)>;
 
@@ -30,7 +30,7 @@ QDBusMessage ask(const QString& service, const QString& path, const QString& int
   QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
   message.setArguments(arguments);
   message.setAutoStartService(false);
-  return QDBusConnection::sessionBus().call(message, QDBus::Block, kPatience);
+  return QDBusConnection::sessionBus().call(message, QDBus::Block, kProbePatience);
 }
 
 QVariant property(const QString& service, const QString& path, const QString& interface,
@@ -166,7 +166,7 @@ QString soundProblem() {
       canberra.context_destroy(context);
     promise->set_value(result);
   }).detach();
-  if (opened.wait_for(std::chrono::milliseconds(kPatience)) != std::future_status::ready)
+  if (opened.wait_for(std::chrono::milliseconds(kProbePatience)) != std::future_status::ready)
     return QStringLiteral("The sound server does not answer.");
   const int result = opened.get();
   if (result == CA_SUCCESS)

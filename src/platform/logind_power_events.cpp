@@ -8,9 +8,9 @@
 namespace tockwise {
 namespace {
 
-const QString kService = QStringLiteral("org.freedesktop.login1");
-const QString kPath = QStringLiteral("/org/freedesktop/login1");
-const QString kInterface = QStringLiteral("org.freedesktop.login1.Manager");
+const QString kLogind = QStringLiteral("org.freedesktop.login1");
+const QString kLogindPath = QStringLiteral("/org/freedesktop/login1");
+const QString kLogindManager = QStringLiteral("org.freedesktop.login1.Manager");
 
 bool isAbsence(QDBusError::ErrorType type) {
   switch (type) {
@@ -34,12 +34,12 @@ LogindPowerEvents::LogindPowerEvents(const QDBusConnection& bus, QObject* parent
   if (!m_bus.isConnected())
     return;
   m_watcher.setConnection(m_bus);
-  m_watcher.addWatchedService(kService);
+  m_watcher.addWatchedService(kLogind);
   m_watcher.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
   connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { takeInhibitor(); });
   connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { logindWent(); });
   // Any program may send a signal of that name; only logind's counts.
-  m_bus.connect(kService, kPath, kInterface, QStringLiteral("PrepareForSleep"), this,
+  m_bus.connect(kLogind, kLogindPath, kLogindManager, QStringLiteral("PrepareForSleep"), this,
                 SLOT(prepareForSleep(bool)));
   takeInhibitor();
 }
@@ -47,8 +47,8 @@ LogindPowerEvents::LogindPowerEvents(const QDBusConnection& bus, QObject* parent
 LogindPowerEvents::~LogindPowerEvents() = default;
 
 void LogindPowerEvents::takeInhibitor() {
-  QDBusMessage call =
-      QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Inhibit"));
+  QDBusMessage call = QDBusMessage::createMethodCall(kLogind, kLogindPath, kLogindManager,
+                                                     QStringLiteral("Inhibit"));
   call << QStringLiteral("sleep") << QStringLiteral("Tockwise")
        << QStringLiteral("Reminders are saved before the machine sleeps")
        << QStringLiteral("delay");

@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kSlice = 30ms; // of work between two looks at the keyboard
+constexpr auto kPrintSlice = 30ms; // of work between two looks at the keyboard
 constexpr int kProgressSteps = 1000;
 constexpr int kShowAfter = 400; // milliseconds
 
@@ -88,7 +88,7 @@ void PrintOperation::printWithProgress(QPrinter& printer) {
 }
 
 bool PrintOperation::completePages(QProgressDialog& progress) {
-  while (!m_pages.advance(kSlice)) {
+  while (!m_pages.advance(kPrintSlice)) {
     progress.setValue(int(m_pages.progress() / 2 * kProgressSteps));
     if (progress.wasCanceled())
       return false;
@@ -120,7 +120,7 @@ Result<void> PrintOperation::savePDF(const QString& path) {
   progress.setWindowModality(Qt::WindowModal);
   progress.setMinimumDuration(kShowAfter);
   PDFMaking making(m_pages);
-  while (!making.advance(kSlice)) {
+  while (!making.advance(kPrintSlice)) {
     progress.setValue(int(making.progress() * (kProgressSteps - 1)));
     if (progress.wasCanceled())
       return {};

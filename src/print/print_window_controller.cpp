@@ -9,8 +9,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kSlice = 15ms;     // of work on the pages between two looks at the keyboard
-constexpr qint64 kPatience = 250; // milliseconds before the progress is shown
+constexpr auto kPreviewSlice = 15ms; // of work on the pages between two looks at the keyboard
+constexpr qint64 kPatience = 250;    // milliseconds before the progress is shown
 constexpr double kPartOfScreen = 0.9;
 
 } // namespace
@@ -62,7 +62,7 @@ void PrintWindowController::place() {
 
 /// Works on the pages for a moment.
 void PrintWindowController::goOn() {
-  const bool isComplete = m_pages->advance(kSlice);
+  const bool isComplete = m_pages->advance(kPreviewSlice);
   m_ui->progressBar->setValue(int(m_pages->progress() * m_ui->progressBar->maximum()));
   m_ui->progressBar->setVisible(!isComplete && m_opened.elapsed() > kPatience);
   if (!isComplete)

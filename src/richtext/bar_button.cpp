@@ -1,5 +1,7 @@
 #include "richtext/bar_button.h"
 
+#include "colors/color_contrast.h"
+
 #include <QEvent>
 #include <QPainter>
 #include <QStyle>
@@ -11,11 +13,6 @@ constexpr int kSide = 30;
 constexpr int kArrowWidth = 12;
 constexpr int kIconSide = 20;
 constexpr double kCorner = 6;
-
-QColor withAlpha(QColor color, float alpha) {
-  color.setAlphaF(alpha);
-  return color;
-}
 
 } // namespace
 
@@ -71,11 +68,11 @@ void BarButton::paintEvent(QPaintEvent*) {
   const QColor accent = palette().color(QPalette::Highlight);
   painter.setPen(Qt::NoPen);
   if (isChecked()) {
-    painter.setBrush(withAlpha(accent, 0.28F));
+    painter.setBrush(withOpacity(accent, 0.28));
     painter.drawRoundedRect(shape, kCorner, kCorner);
   }
   if (isEnabled() && (underMouse() || isDown())) {
-    painter.setBrush(withAlpha(ink, isDown() ? 0.16F : 0.08F));
+    painter.setBrush(withOpacity(ink, isDown() ? 0.16 : 0.08));
     painter.drawRoundedRect(shape, kCorner, kCorner);
   }
   if (hasFocus()) {
@@ -93,7 +90,7 @@ void BarButton::paintEvent(QPaintEvent*) {
   const QRect arrow = QStyle::visualRect(
       layoutDirection(), rect(), QRect(width() - kArrowWidth - 2, 0, kArrowWidth, height()));
   const QPointF middle = QRectF(arrow).center();
-  painter.setPen(QPen(withAlpha(ink, isEnabled() ? 0.6F : 0.25F), 1.3, Qt::SolidLine, Qt::RoundCap,
+  painter.setPen(QPen(withOpacity(ink, isEnabled() ? 0.6 : 0.25), 1.3, Qt::SolidLine, Qt::RoundCap,
                       Qt::RoundJoin));
   painter.drawPolyline(QPolygonF{middle + QPointF(-2.6, -1.2), middle + QPointF(0, 1.4),
                                  middle + QPointF(2.6, -1.2)});

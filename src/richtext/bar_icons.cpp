@@ -14,7 +14,7 @@ namespace tockwise {
 namespace {
 
 /// The signs are drawn on a square of so many units.
-constexpr double kUnits = 20;
+constexpr double kGridUnits = 20;
 constexpr double kLine = 1.6;
 constexpr float kDisabled = 0.35F;
 
@@ -214,7 +214,7 @@ class SignEngine final : public PaintedIconEngine {
     const double side = std::min(rect.width(), rect.height());
     painter->translate(rect.x() + (rect.width() - side) / 2.0,
                        rect.y() + (rect.height() - side) / 2.0);
-    painter->scale(side / kUnits, side / kUnits);
+    painter->scale(side / kGridUnits, side / kGridUnits);
     drawSign(*painter, m_sign, ink);
     painter->restore();
   }

@@ -1,6 +1,7 @@
 #include "richtext/character_formats.h"
 
 #include "richtext/format_properties.h"
+#include "richtext/paragraph_formats.h"
 #include "richtext/text_fonts.h"
 
 #include <QBrush>
@@ -21,12 +22,10 @@ constexpr qint64 kDash = 0x200;
 constexpr qint64 kDashDot = 0x300;
 constexpr qint64 kDashDotDot = 0x400;
 
-constexpr double kPointsPerPixel = 0.75;
-
 using Underline = QTextCharFormat::UnderlineStyle;
 
 /// What can be seen of a run, and changed.
-struct Look {
+struct CharacterLook {
   QString family; // empty: the document's own
   int weight = QFont::Normal;
   bool italic = false;
@@ -38,7 +37,7 @@ struct Look {
   int script = 0; // 1 raised, -1 lowered
   std::optional<QString> link;
 
-  bool hasFontOf(const Look& other) const {
+  bool hasFontOf(const CharacterLook& other) const {
     return family == other.family && weight == other.weight && italic == other.italic &&
            size == other.size;
   }
@@ -79,8 +78,8 @@ qint64 storedUnderline(Underline style) {
 }
 
 /// A link shows underlined unless its text says otherwise: isLink is whether it is one now.
-Look lookOf(const TextAttributes& attributes, bool isLink) {
-  Look look;
+CharacterLook lookOf(const TextAttributes& attributes, bool isLink) {
+  CharacterLook look;
   if (attributes.font) {
     const QFont font = fontFor(attributes.font->name, attributes.font->size);
     look.family = font.families().value(0);
@@ -126,8 +125,8 @@ Underline underlineOf(const QTextCharFormat& format) {
              : format.underlineStyle();
 }
 
-Look lookOf(const QTextCharFormat& format) {
-  Look look;
+CharacterLook lookOf(const QTextCharFormat& format) {
+  CharacterLook look;
   look.family = format.fontFamilies().toStringList().value(0);
   look.weight = format.fontWeight();
   look.italic = format.fontItalic();
@@ -153,7 +152,7 @@ void showLinkColor(QTextCharFormat& format) {
   format.setProperty(LinkColorProperty, int(color.rgba()));
 }
 
-void show(const Look& look, QTextCharFormat& format) {
+void show(const CharacterLook& look, QTextCharFormat& format) {
   if (!look.family.isEmpty()) {
     format.setFontFamilies({look.family});
     format.setFontWeight(look.weight);
@@ -180,8 +179,8 @@ void show(const Look& look, QTextCharFormat& format) {
 }
 
 /// The font that now stands for what was original, shown as before.
-TextFont changedFont(const std::optional<TextFont>& original, const Look& before, const Look& now,
-                     double defaultSize) {
+TextFont changedFont(const std::optional<TextFont>& original, const CharacterLook& before,
+                     const CharacterLook& now, double defaultSize) {
   TextFont font;
   font.size = now.size > 0 ? now.size : defaultSize;
   const QString name = original ? original->name : kDefaultFontName.toString();
@@ -203,7 +202,8 @@ std::optional<TextColor> changedColor(const std::optional<QRgb>& color) {
   return TextColor{*color, false, {}};
 }
 
-void takeOverLines(TextAttributes& attributes, const Look& before, const Look& now) {
+void takeOverLines(TextAttributes& attributes, const CharacterLook& before,
+                   const CharacterLook& now) {
   if (now.underline != before.underline) {
     attributes.underline.reset();
     const bool isShownUnasked = now.link.has_value();
@@ -273,8 +273,8 @@ const TextAttributes* originOf(const QTextCharFormat& format) {
 TextAttributes attributesOf(const QTextCharFormat& format, double defaultSize) {
   const TextAttributes* origin = originOf(format);
   TextAttributes attributes = origin ? *origin : TextAttributes();
-  const Look now = lookOf(format);
-  const Look before = lookOf(attributes, now.link.has_value());
+  const CharacterLook now = lookOf(format);
+  const CharacterLook before = lookOf(attributes, now.link.has_value());
   if (!now.hasFontOf(before))
     attributes.font = changedFont(attributes.font, before, now, defaultSize);
   if (now.color != before.color)

@@ -1,5 +1,7 @@
 #include "richtext/color_palette.h"
 
+#include "colors/color_contrast.h"
+
 #include <QAbstractButton>
 #include <QGridLayout>
 #include <QKeyEvent>
@@ -17,13 +19,13 @@ namespace {
 constexpr int kColumns = 8;
 constexpr int kSwatch = 24;
 
-struct Named {
+struct NamedColor {
   QRgb color;
   const char* name;
 };
 
 // Three rows: readable on light ground, on any, on dark.
-constexpr std::array<Named, 24> kColors = {{
+constexpr std::array<NamedColor, 24> kColors = {{
     {0xff000000, QT_TR_NOOP("Black")},      {0xff4d4d4d, QT_TR_NOOP("Dark grey")},
     {0xff9b1c1c, QT_TR_NOOP("Dark red")},   {0xff8a4b08, QT_TR_NOOP("Brown")},
     {0xff6b6b00, QT_TR_NOOP("Olive")},      {0xff1d6b2f, QT_TR_NOOP("Dark green")},
@@ -37,11 +39,6 @@ constexpr std::array<Named, 24> kColors = {{
     {0xfff7e07a, QT_TR_NOOP("Yellow")},     {0xff9fe0ac, QT_TR_NOOP("Light green")},
     {0xff9cc8ff, QT_TR_NOOP("Light blue")}, {0xffd9b8f5, QT_TR_NOOP("Lilac")},
 }};
-
-QColor withAlpha(QColor color, float alpha) {
-  color.setAlphaF(alpha);
-  return color;
-}
 
 class Swatch final : public QAbstractButton {
  public:
@@ -68,7 +65,7 @@ class Swatch final : public QAbstractButton {
           QPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::WindowText), 1.8));
       painter.drawEllipse(middle, 10.6, 10.6);
     }
-    painter.setPen(QPen(withAlpha(palette().color(QPalette::WindowText), 0.3F), 1));
+    painter.setPen(QPen(withOpacity(palette().color(QPalette::WindowText), 0.3), 1));
     painter.setBrush(m_color);
     const double radius = underMouse() && !isMarked ? 9.5 : 8;
     painter.drawEllipse(middle, radius, radius);

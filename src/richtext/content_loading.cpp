@@ -16,16 +16,16 @@ namespace {
 /// Pictures are decoded no wider than this, and averaged down from there.
 constexpr int kWidthForScaling = 2 * int(kWidestPicture);
 
-QString translated(const char* text) {
+QString loadingText(const char* text) {
   return QCoreApplication::translate("RichText", text);
 }
 
 QString tooLarge() {
-  return translated("The picture is too large to be put into a text.");
+  return loadingText("The picture is too large to be put into a text.");
 }
 
 QString unreadable() {
-  return translated("The picture cannot be read.");
+  return loadingText("The picture cannot be read.");
 }
 
 void appendAttachment(AttributedText& text, const TextAttachment& attachment) {
@@ -73,7 +73,7 @@ class Loader {
     if (const auto text = textFromMimeData(*data))
       (*this)(*text);
     else
-      refuse(translated("What was to be inserted cannot be read."));
+      refuse(loadingText("What was to be inserted cannot be read."));
   }
 
   void operator()(const QStringList& paths) {
@@ -106,24 +106,24 @@ class Loader {
 
   void readFile(const QString& path) {
     const QString name = QFileInfo(path).fileName();
-    const QString cannotRead = translated("“%1” cannot be read.").arg(name);
+    const QString cannotRead = loadingText("“%1” cannot be read.").arg(name);
     // A pipe or a device would never end.
     if (!QFileInfo(path).isFile())
       return refuse(cannotRead);
     if (QFileInfo(path).size() > kMostPictureBytes)
-      return refuse(translated("“%1” is too large to be put into a text.").arg(name));
+      return refuse(loadingText("“%1” is too large to be put into a text.").arg(name));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
       return refuse(cannotRead);
     const QByteArray contents = file.read(kMostPictureBytes + 1);
     const PictureHeader header = readPictureHeader(contents);
     if (header.isTooLarge)
-      return refuse(translated("“%1” is too large to be put into a text.").arg(name));
+      return refuse(loadingText("“%1” is too large to be put into a text.").arg(name));
     if (header.size.isValid())
       return takePicture({sanitisedFileName(name), contents, {}}, cannotRead);
     const Result<AttributedText> text = readRichFile(path);
     if (!text)
-      return refuse(translated("“%1” is no picture and no rich text that can be read.").arg(name));
+      return refuse(loadingText("“%1” is no picture and no rich text that can be read.").arg(name));
     (*this)(*text);
   }
 

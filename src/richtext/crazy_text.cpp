@@ -13,7 +13,7 @@
 namespace tockwise {
 namespace {
 
-constexpr int kSmallest = 17;
+constexpr int kSmallestLetter = 17;
 constexpr int kSizeRange = 19;
 constexpr int kMostOfColor = 55553;
 constexpr float kFullColor = 65535.0F;
@@ -49,7 +49,7 @@ QTextCharFormat crazyFormat(const QList<QFont>& fonts, const CrazyChance& chance
     format.setFontWeight(font.weight());
     format.setFontItalic(font.italic());
   }
-  format.setFontPointSize(std::round(kSmallest + chance.part() * kSizeRange));
+  format.setFontPointSize(std::round(kSmallestLetter + chance.part() * kSizeRange));
   const float red = colorPart(chance);
   const float green = colorPart(chance);
   const float blue = colorPart(chance);

@@ -18,7 +18,7 @@ constexpr double kGrain = 1000.0;
 using Tab = QTextOption::Tab;
 
 /// What can be seen of a paragraph's style, and changed. Lengths in pixels.
-struct Look {
+struct ParagraphLook {
   TextAlignment alignment = TextAlignment::Natural;
   double head = 0;
   double firstLine = 0; // beyond head
@@ -36,7 +36,7 @@ double pixels(double points) {
   return std::isfinite(points) ? points * kPixelsPerPoint : 0;
 }
 
-double points(double pixels) {
+double inPoints(double pixels) {
   return std::round(pixels / kPixelsPerPoint * kGrain) / kGrain;
 }
 
@@ -53,11 +53,11 @@ bool same(const QList<Tab>& one, const QList<Tab>& other) {
                     [](const Tab& left, const Tab& right) { return same(left, right); });
 }
 
-bool sameLineHeight(const Look& one, const Look& other) {
+bool sameLineHeight(const ParagraphLook& one, const ParagraphLook& other) {
   return one.lineHeightType == other.lineHeightType && same(one.lineHeight, other.lineHeight);
 }
 
-bool same(const Look& one, const Look& other) {
+bool same(const ParagraphLook& one, const ParagraphLook& other) {
   return one.alignment == other.alignment && same(one.head, other.head) &&
          same(one.firstLine, other.firstLine) && same(one.tail, other.tail) &&
          same(one.before, other.before) && same(one.after, other.after) &&
@@ -81,11 +81,11 @@ TextTab tabOf(const Tab& tab, double lineStart) {
     alignment = TextAlignment::Right;
   else if (tab.type == QTextOption::CenterTab)
     alignment = TextAlignment::Center;
-  return {points(tab.position + lineStart), qint64(alignment), {}};
+  return {inPoints(tab.position + lineStart), qint64(alignment), {}};
 }
 
 /// Qt has one kind of line height at a time: the most telling of those that are stated.
-void lookAtLineHeight(const ParagraphStyle& style, Look& look) {
+void lookAtLineHeight(const ParagraphStyle& style, ParagraphLook& look) {
   if (style.minLineHeight > 0 && style.minLineHeight == style.maxLineHeight) {
     look.lineHeightType = QTextBlockFormat::FixedHeight;
     look.lineHeight = pixels(style.minLineHeight);
@@ -101,7 +101,7 @@ void lookAtLineHeight(const ParagraphStyle& style, Look& look) {
   }
 }
 
-void takeOverLineHeight(ParagraphStyle& style, const Look& now) {
+void takeOverLineHeight(ParagraphStyle& style, const ParagraphLook& now) {
   style.lineSpacing = 0;
   style.lineHeightMultiple = 0;
   style.minLineHeight = 0;
@@ -111,22 +111,22 @@ void takeOverLineHeight(ParagraphStyle& style, const Look& now) {
     style.lineHeightMultiple = std::round(now.lineHeight * kGrain) / kGrain / 100;
     break;
   case QTextBlockFormat::FixedHeight:
-    style.minLineHeight = points(now.lineHeight);
+    style.minLineHeight = inPoints(now.lineHeight);
     style.maxLineHeight = style.minLineHeight;
     break;
   case QTextBlockFormat::MinimumHeight:
-    style.minLineHeight = points(now.lineHeight);
+    style.minLineHeight = inPoints(now.lineHeight);
     break;
   case QTextBlockFormat::LineDistanceHeight:
-    style.lineSpacing = points(now.lineHeight);
+    style.lineSpacing = inPoints(now.lineHeight);
     break;
   default:
     break;
   }
 }
 
-Look lookOf(const std::optional<ParagraphStyle>& style) {
-  Look look;
+ParagraphLook lookOf(const std::optional<ParagraphStyle>& style) {
+  ParagraphLook look;
   if (!style)
     return look;
   look.alignment = style->alignment.value_or(TextAlignment::Left);
@@ -160,8 +160,8 @@ TextAlignment alignmentOf(const QTextBlockFormat& format) {
   return alignment & Qt::AlignAbsolute ? TextAlignment::Left : TextAlignment::Natural;
 }
 
-Look lookOf(const QTextBlockFormat& format, double indentWidth) {
-  Look look;
+ParagraphLook lookOf(const QTextBlockFormat& format, double indentWidth) {
+  ParagraphLook look;
   look.alignment = alignmentOf(format);
   look.head = format.leftMargin() + format.indent() * indentWidth;
   look.firstLine = format.textIndent();
@@ -192,7 +192,7 @@ Qt::Alignment qtAlignment(TextAlignment alignment) {
   return Qt::AlignLeft;
 }
 
-void show(const Look& look, QTextBlockFormat& format) {
+void show(const ParagraphLook& look, QTextBlockFormat& format) {
   const auto put = [&](double length, void (QTextBlockFormat::*set)(qreal)) {
     if (length != 0)
       (format.*set)(length);
@@ -215,7 +215,7 @@ void show(const Look& look, QTextBlockFormat& format) {
 }
 
 /// Tab stops that stayed keep what they came with.
-std::vector<TextTab> changedTabs(const ParagraphStyle& style, const Look& now) {
+std::vector<TextTab> changedTabs(const ParagraphStyle& style, const ParagraphLook& now) {
   const double lineStart = now.head + now.firstLine;
   std::vector<TextTab> tabs;
   for (const Tab& tab : now.tabs) {
@@ -240,10 +240,11 @@ int storedDirection(Qt::LayoutDirection direction) {
   return 0;
 }
 
-ParagraphStyle changedStyle(ParagraphStyle style, const Look& before, const Look& now) {
+ParagraphStyle changedStyle(ParagraphStyle style, const ParagraphLook& before,
+                            const ParagraphLook& now) {
   const auto take = [](double& field, double was, double is) {
     if (!same(was, is))
-      field = points(is);
+      field = inPoints(is);
   };
   if (now.alignment != before.alignment)
     style.alignment = now.alignment;
@@ -252,7 +253,7 @@ ParagraphStyle changedStyle(ParagraphStyle style, const Look& before, const Look
   take(style.paragraphSpacingBefore, before.before, now.before);
   take(style.paragraphSpacing, before.after, now.after);
   if (!same(before.tail, now.tail))
-    style.tailIndent = -points(now.tail);
+    style.tailIndent = -inPoints(now.tail);
   if (!sameLineHeight(before, now))
     takeOverLineHeight(style, now);
   if (!same(before.tabs, now.tabs))
@@ -287,8 +288,8 @@ std::optional<ParagraphStyle> styleOf(const QTextBlockFormat& format, double ind
   const QVariant property = format.property(ParagraphOriginProperty);
   if (property.isValid())
     origin = *property.value<ParagraphOrigin>().style;
-  const Look before = lookOf(origin);
-  const Look now = lookOf(format, indentWidth);
+  const ParagraphLook before = lookOf(origin);
+  const ParagraphLook now = lookOf(format, indentWidth);
   if (same(before, now))
     return origin;
   // A style that states no alignment is left aligned; text without a style is not.

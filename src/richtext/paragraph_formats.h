@@ -12,6 +12,7 @@
 namespace tockwise {
 
 inline constexpr double kPixelsPerPoint = 96.0 / 72.0;
+inline constexpr double kPointsPerPixel = 1 / kPixelsPerPoint;
 /// Between tab stops where a paragraph states none.
 inline constexpr double kDefaultTabInterval = 28.0; // points
 

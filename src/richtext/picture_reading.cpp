@@ -36,9 +36,9 @@ void allowWholePictures() {
 }
 
 /// A reader of contents that has looked at the header.
-class Reader {
+class PictureReader {
  public:
-  explicit Reader(const QByteArray& contents)
+  explicit PictureReader(const QByteArray& contents)
       : m_hasTooManyBytes(contents.size() > kMostPictureBytes) {
     allowWholePictures();
     m_buffer.setData(contents);
@@ -85,17 +85,17 @@ QImage inStandardColors(QImage image) {
 } // namespace
 
 PictureHeader readPictureHeader(const QByteArray& contents) {
-  const Reader reader(contents);
+  const PictureReader reader(contents);
   return {reader.isPicture() ? reader.uprightSize() : QSize(), reader.isTooLarge()};
 }
 
 QSize pictureSize(const QByteArray& contents) {
-  const Reader reader(contents);
+  const PictureReader reader(contents);
   return reader.isReadable() ? reader.uprightSize() : QSize();
 }
 
 QImage readPicture(const QByteArray& contents, int width) {
-  Reader reader(contents);
+  PictureReader reader(contents);
   return reader.isReadable() ? inStandardColors(reader.read(width)) : QImage();
 }
 

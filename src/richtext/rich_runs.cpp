@@ -55,7 +55,7 @@ RichAttachment attachmentRun(const TextAttachment& attachment) {
   return run;
 }
 
-RichAttributes attributesOf(const TextAttributes& attributes) {
+RichAttributes richAttributesOf(const TextAttributes& attributes) {
   RichAttributes run;
   if (attributes.font) {
     run.font = attributes.font->name;
@@ -86,7 +86,7 @@ RichText richRuns(const AttributedText& text) {
   for (const TextRun& run : text.runs) {
     const QString piece = text.text.mid(start, run.length);
     start += run.length;
-    const RichAttributes attributes = attributesOf(run.attributes);
+    const RichAttributes attributes = richAttributesOf(run.attributes);
     if (!run.attributes.attachment) {
       put(piece, attributes);
       continue;

@@ -12,7 +12,7 @@
 namespace tockwise {
 namespace {
 
-using Kind = RulerMark::Kind;
+using MarkKind = RulerMark::Kind;
 
 /// Lines are never narrower than this (pixels).
 constexpr double kNarrowest = 24;
@@ -20,28 +20,28 @@ constexpr double kNarrowest = 24;
 constexpr double kOff = 16;
 constexpr double kStill = 3;
 
-QString translated(const char* text) {
+QString rulerText(const char* text) {
   return QCoreApplication::translate("TextRuler", text);
 }
 
 QString nameOf(const RulerMarks& marks, const RulerMark& mark) {
   switch (mark.kind) {
-  case Kind::FirstLine:
-    return translated("First line");
-  case Kind::Head:
-    return translated("Indent");
-  case Kind::Tail:
-    return translated("Indent at the end of lines");
-  case Kind::Tab:
+  case MarkKind::FirstLine:
+    return rulerText("First line");
+  case MarkKind::Head:
+    return rulerText("Indent");
+  case MarkKind::Tail:
+    return rulerText("Indent at the end of lines");
+  case MarkKind::Tab:
     break;
   }
   switch (marks.tabs.value(mark.tab).type) {
   case QTextOption::RightTab:
-    return translated("Right tab stop");
+    return rulerText("Right tab stop");
   case QTextOption::CenterTab:
-    return translated("Centre tab stop");
+    return rulerText("Centre tab stop");
   default:
-    return translated("Left tab stop");
+    return rulerText("Left tab stop");
   }
 }
 
@@ -68,16 +68,16 @@ bool RulerEditor::refresh(double left) {
   m_marks = marks;
   m_span = span;
   m_viewLeft = left;
-  if (m_chosen && m_chosen->kind == Kind::Tab && m_chosen->tab >= marks.tabs.size())
+  if (m_chosen && m_chosen->kind == MarkKind::Tab && m_chosen->tab >= marks.tabs.size())
     m_chosen.reset();
   return !isSame;
 }
 
 std::vector<RulerMark> RulerEditor::allMarks() const {
-  std::vector<RulerMark> all{{Kind::FirstLine}, {Kind::Head}};
+  std::vector<RulerMark> all{{MarkKind::FirstLine}, {MarkKind::Head}};
   for (int tab = 0; tab < m_marks.tabs.size(); ++tab)
-    all.push_back({Kind::Tab, tab});
-  all.push_back({Kind::Tail});
+    all.push_back({MarkKind::Tab, tab});
+  all.push_back({MarkKind::Tail});
   return all;
 }
 
@@ -106,7 +106,7 @@ void RulerEditor::chooseNext(int steps) {
 }
 
 std::optional<QTextOption::Tab> RulerEditor::chosenTab() const {
-  if (!m_chosen || m_chosen->kind != Kind::Tab)
+  if (!m_chosen || m_chosen->kind != MarkKind::Tab)
     return std::nullopt;
   return m_marks.tabs.value(m_chosen->tab);
 }
@@ -117,9 +117,9 @@ QTextOption::TabType RulerEditor::newTabType() const {
 
 double RulerEditor::clamped(const RulerMark& mark, double length) const {
   double most = m_span.width;
-  if (mark.kind == Kind::FirstLine || mark.kind == Kind::Head)
+  if (mark.kind == MarkKind::FirstLine || mark.kind == MarkKind::Head)
     most -= m_marks.tail + kNarrowest;
-  else if (mark.kind == Kind::Tail)
+  else if (mark.kind == MarkKind::Tail)
     most -= std::max(m_marks.firstLine, m_marks.head) + kNarrowest;
   return std::clamp(length, 0.0, std::max(0.0, most));
 }
@@ -128,7 +128,7 @@ void RulerEditor::chooseTabAt(double position) {
   refresh(m_viewLeft);
   for (int tab = 0; tab < m_marks.tabs.size(); ++tab) {
     if (std::abs(m_marks.tabs[tab].position - position) < 0.5)
-      m_chosen = RulerMark{Kind::Tab, tab};
+      m_chosen = RulerMark{MarkKind::Tab, tab};
   }
 }
 
@@ -139,7 +139,7 @@ void RulerEditor::setTab(RulerChange& change, const QTextOption::Tab& tab) {
 
 void RulerEditor::set(RulerChange& change, const RulerMark& mark, double length) {
   const double value = clamped(mark, length);
-  if (mark.kind == Kind::Tab) {
+  if (mark.kind == MarkKind::Tab) {
     m_draggedTab.position = value;
     setTab(change, m_draggedTab);
   } else {
@@ -153,9 +153,10 @@ void RulerEditor::beginDrag(QPointF place) {
   m_pressedAt = place;
   m_hasMoved = false;
   m_isNewTab = !m_chosen;
-  m_dragged = m_chosen ? m_chosen->kind : Kind::Tab;
+  m_dragged = m_chosen ? m_chosen->kind : MarkKind::Tab;
   if (!m_isNewTab) {
-    m_grip = place.x() - m_span.place(positionOf(m_marks, *m_chosen), m_chosen->kind == Kind::Tail);
+    m_grip =
+        place.x() - m_span.place(positionOf(m_marks, *m_chosen), m_chosen->kind == MarkKind::Tail);
     m_draggedTab = chosenTab().value_or(QTextOption::Tab());
     m_change.emplace(m_view->textCursor(), chosenTab());
     return;
@@ -165,14 +166,14 @@ void RulerEditor::beginDrag(QPointF place) {
     return;
   m_change.emplace(m_view->textCursor());
   m_draggedTab = {0, newTabType()};
-  set(*m_change, {Kind::Tab}, m_scale.snapped(m_span.length(place.x())));
+  set(*m_change, {MarkKind::Tab}, m_scale.snapped(m_span.length(place.x())));
 }
 
 void RulerEditor::drag(QPointF place, bool isFree) {
   if (!m_change || (!m_hasMoved && (place - m_pressedAt).manhattanLength() < kStill))
     return;
   m_hasMoved = true;
-  const bool isTab = m_dragged == Kind::Tab;
+  const bool isTab = m_dragged == MarkKind::Tab;
   if (isTab && (place.y() < -kOff || place.y() > kRulerHeight + kOff)) {
     m_change->setTab(std::nullopt);
     m_chosen.reset();
@@ -180,7 +181,7 @@ void RulerEditor::drag(QPointF place, bool isFree) {
     return;
   }
   const RulerMark mark{m_dragged};
-  const double length = m_span.length(place.x() - m_grip, mark.kind == Kind::Tail);
+  const double length = m_span.length(place.x() - m_grip, mark.kind == MarkKind::Tail);
   set(*m_change, mark, isFree ? length : m_scale.snapped(length));
 }
 
@@ -192,7 +193,7 @@ void RulerEditor::endDrag() {
 void RulerEditor::nudge(double pixels, bool isFree) {
   if (!m_chosen)
     return;
-  const bool isTail = m_chosen->kind == Kind::Tail;
+  const bool isTail = m_chosen->kind == MarkKind::Tail;
   const double now = positionOf(m_marks, *m_chosen);
   const double place = m_span.place(now, isTail) + pixels;
   double length = m_span.length(place, isTail);
@@ -224,8 +225,8 @@ void RulerEditor::removeTab() {
   const int index = m_chosen->tab;
   refresh(m_viewLeft);
   m_chosen = m_marks.tabs.isEmpty()
-                 ? RulerMark{Kind::FirstLine}
-                 : RulerMark{Kind::Tab, std::min(index, int(m_marks.tabs.size()) - 1)};
+                 ? RulerMark{MarkKind::FirstLine}
+                 : RulerMark{MarkKind::Tab, std::min(index, int(m_marks.tabs.size()) - 1)};
 }
 
 void RulerEditor::setTabType(QTextOption::TabType type) {
@@ -246,8 +247,8 @@ void RulerEditor::turnTabType() {
 }
 
 QString RulerEditor::text(const RulerMark& mark, const QLocale& locale) const {
-  return translated("%1: %2").arg(nameOf(m_marks, mark),
-                                  m_scale.text(positionOf(m_marks, mark), locale));
+  return rulerText("%1: %2").arg(nameOf(m_marks, mark),
+                                 m_scale.text(positionOf(m_marks, mark), locale));
 }
 
 } // namespace tockwise

@@ -1,5 +1,7 @@
 #include "richtext/ruler_painting.h"
 
+#include "colors/color_contrast.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -12,11 +14,6 @@ constexpr double kBandTop = 5;
 constexpr double kBandBottom = 21;
 constexpr double kHalfMark = 4;
 constexpr int kNumberSize = 9; // pixels
-
-QColor withAlpha(QColor color, float alpha) {
-  color.setAlphaF(alpha);
-  return color;
-}
 
 bool isTail(const RulerMark& mark) {
   return mark.kind == RulerMark::Kind::Tail;
@@ -88,13 +85,13 @@ void paintScale(QPainter& painter, const QRectF& rect, const RulerSpan& span,
   band.addRoundedRect(QRectF(span.left, kBandTop, span.width, kBandBottom - kBandTop), 3, 3);
   painter.setClipRect(rect);
   painter.fillPath(band, look.palette.color(QPalette::Base));
-  painter.setPen(QPen(withAlpha(ink, 0.16F), 1));
+  painter.setPen(QPen(withOpacity(ink, 0.16), 1));
   painter.drawPath(band);
   painter.setClipPath(band, Qt::IntersectClip);
   QFont font = painter.font();
   font.setPixelSize(kNumberSize);
   painter.setFont(font);
-  painter.setPen(QPen(withAlpha(ink, 0.6F), 1));
+  painter.setPen(QPen(withOpacity(ink, 0.6), 1));
   const int last = int(span.width / look.scale.unit * look.scale.parts);
   for (int tick = 1; tick <= last; ++tick)
     paintTick(painter, span, look, tick);
@@ -126,7 +123,7 @@ void paintMark(QPainter& painter, const RulerMarks& marks, const RulerMark& mark
   }
   const QPainterPath path = pointer(place, mark.kind == RulerMark::Kind::FirstLine);
   painter.setBrush(isChosen ? accent : palette.color(QPalette::Button));
-  painter.setPen(QPen(withAlpha(ink, isChosen ? 0.9F : 0.55F), 1));
+  painter.setPen(QPen(withOpacity(ink, isChosen ? 0.9 : 0.55), 1));
   painter.drawPath(path);
 }
 

@@ -25,14 +25,14 @@ QTextCharFormat shownFormat(const QTextEdit& view) {
                                : view.currentCharFormat();
 }
 
-QString linkOf(const QTextCharFormat& format) {
+QString addressOf(const QTextCharFormat& format) {
   return format.isAnchor() ? format.anchorHref() : QString();
 }
 
 /// The link that the cursor is in or at the edge of.
 QString linkAround(const QTextCursor& cursor) {
-  const QString after = linkOf(formatAfter(cursor, cursor.selectionStart()));
-  return after.isEmpty() ? linkOf(cursor.charFormat()) : after;
+  const QString after = addressOf(formatAfter(cursor, cursor.selectionStart()));
+  return after.isEmpty() ? addressOf(cursor.charFormat()) : after;
 }
 
 bool hasColorOfItsOwn(const QTextCharFormat& format) {
@@ -108,9 +108,10 @@ void selectLink(QTextEdit& view) {
   const QTextBlock block = cursor.block();
   int from = cursor.position();
   int to = from;
-  while (from > block.position() && linkOf(formatAfter(cursor, from - 1)) == address)
+  while (from > block.position() && addressOf(formatAfter(cursor, from - 1)) == address)
     --from;
-  while (to < block.position() + block.length() - 1 && linkOf(formatAfter(cursor, to)) == address)
+  while (to < block.position() + block.length() - 1 &&
+         addressOf(formatAfter(cursor, to)) == address)
     ++to;
   cursor.setPosition(from);
   cursor.setPosition(to, QTextCursor::KeepAnchor);

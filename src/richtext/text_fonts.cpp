@@ -211,7 +211,7 @@ class InstalledFonts final : public QObject {
   QHash<QString, QString> m_chosen; // PostScript name to family
 };
 
-InstalledFonts& installedFonts() {
+InstalledFonts& fontStock() {
   static QPointer<InstalledFonts> fonts;
   if (!fonts)
     fonts = new InstalledFonts(qGuiApp);
@@ -253,7 +253,7 @@ QString postScriptName(const FontTraits& traits) {
 QFont fontFor(const QString& postScriptName, double size) {
   const FontTraits traits = fontTraits(postScriptName);
   QFont font;
-  font.setFamilies({installedFonts().chosenFor(postScriptName)});
+  font.setFamilies({fontStock().chosenFor(postScriptName)});
   font.setWeight(QFont::Weight(traits.weight));
   font.setItalic(traits.italic);
   font.setPointSizeF(std::isfinite(size) && size > 0 ? std::clamp(size, kSmallestFont, kLargestFont)

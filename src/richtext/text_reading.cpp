@@ -12,8 +12,6 @@
 namespace tockwise {
 namespace {
 
-constexpr double kPointsPerPixel = 1 / kPixelsPerPoint;
-
 /// A character format as attributes, made once for each of a document's formats.
 struct ReadFormat {
   TextAttributes attributes;
@@ -25,9 +23,9 @@ struct ReadFormat {
 /// Formats that are read as something else than they are count down from here.
 constexpr int kNoIndex = -2;
 
-class Reader {
+class DocumentReader {
  public:
-  Reader(const QTextDocument& document, int start, int end)
+  DocumentReader(const QTextDocument& document, int start, int end)
       : m_document(document), m_start(start), m_end(end) {
     const QFont font = document.defaultFont();
     m_defaultSize = font.pointSizeF() > 0 ? font.pointSizeF() : font.pixelSize() * kPointsPerPixel;
@@ -169,13 +167,14 @@ class Reader {
 
 AttributedText textOf(const QTextDocument& document) {
   // Every document ends with a block of its own, whose end is not part of the text.
-  return Reader(document, 0, document.characterCount() - 1).read();
+  return DocumentReader(document, 0, document.characterCount() - 1).read();
 }
 
 AttributedText textOf(const QTextCursor& selection) {
   if (selection.isNull() || !selection.hasSelection())
     return {};
-  return Reader(*selection.document(), selection.selectionStart(), selection.selectionEnd()).read();
+  return DocumentReader(*selection.document(), selection.selectionStart(), selection.selectionEnd())
+      .read();
 }
 
 } // namespace tockwise

@@ -9,7 +9,7 @@
 namespace tockwise {
 namespace {
 
-QString translated(const char* text) {
+QString viewText(const char* text) {
   return QCoreApplication::translate("TextView", text);
 }
 
@@ -20,7 +20,7 @@ void setDirection(QTextEdit& view, Qt::LayoutDirection direction) {
 }
 
 void addDirections(QMenu& menu, QTextEdit& view) {
-  QMenu* directions = menu.addMenu(translated("Writing Direction"));
+  QMenu* directions = menu.addMenu(viewText("Writing Direction"));
   directions->setObjectName(QStringLiteral("writingDirectionMenu"));
   auto* group = new QActionGroup(directions);
   const auto now = view.textCursor().blockFormat().layoutDirection();
@@ -29,7 +29,7 @@ void addDirections(QMenu& menu, QTextEdit& view) {
       {Qt::LeftToRight, "Left to Right"},
       {Qt::RightToLeft, "Right to Left"}};
   for (const auto& [direction, title] : choices) {
-    QAction* action = directions->addAction(translated(title));
+    QAction* action = directions->addAction(viewText(title));
     action->setCheckable(true);
     action->setChecked(direction == now);
     group->addAction(action);
@@ -43,7 +43,7 @@ void addDirections(QMenu& menu, QTextEdit& view) {
 void addToMenu(QMenu& menu, QTextEdit& view, const QUrl& link,
                const std::function<void()>& openLink) {
   if (link.isValid()) {
-    auto* open = new QAction(translated("Open Link"), &menu);
+    auto* open = new QAction(viewText("Open Link"), &menu);
     open->setObjectName(QStringLiteral("openLinkAction"));
     QObject::connect(open, &QAction::triggered, &view, openLink);
     QAction* first = menu.actions().value(0);

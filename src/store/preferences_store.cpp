@@ -17,7 +17,6 @@ namespace {
 
 const QString kFolder = QStringLiteral("tockwise");
 const QString kFileName = QStringLiteral("com.quillstone.Tockwise.plist");
-const QString kDataVersion = QStringLiteral("dataVersion");
 
 QString xdgFolder(const char* variable, const QString& underHome) {
   const QString folder = qEnvironmentVariable(variable);

@@ -19,6 +19,9 @@
 
 namespace tockwise {
 
+/// Where the store says which release wrote it.
+inline const QString kDataVersion = QStringLiteral("dataVersion");
+
 /// Values that their owner keeps decoded and that the store only carries between it and the file
 /// (the sixteen columns of the queue and what is saved beside them).
 class StoreSection {

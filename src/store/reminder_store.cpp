@@ -8,7 +8,6 @@
 namespace tockwise {
 namespace {
 
-const QString kDataVersion = QStringLiteral("dataVersion");
 const QString kReminderRTFs = QStringLiteral("reminderRTFs");
 const QString kRecentReminders = QStringLiteral("recentReminders");
 const QString kICalCalendars = QStringLiteral("iCalCalendars");

@@ -5,6 +5,7 @@
 
 namespace tockwise {
 
+inline const QString kPropertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 /// com.canonical.dbusmenu
 QString menuIntrospection();
 /// org.kde.StatusNotifierItem

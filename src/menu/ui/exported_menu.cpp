@@ -25,13 +25,11 @@ Q_DECLARE_METATYPE(tockwise::ExportedNode)
 namespace tockwise {
 namespace {
 
-constexpr qsizetype kMostReminders = 1000;
 constexpr int kSilence = 60000;       // milliseconds without a word until a menu counts as closed
 constexpr size_t kTopItems = 240;     // checked each second
 constexpr size_t kItemsByTurns = 300; // of the others, each second
 
 const QString kInterface = QStringLiteral("com.canonical.dbusmenu");
-const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 
 QVariantMap filtered(const QVariantMap& properties, const QStringList& names) {
   if (names.isEmpty())
@@ -109,7 +107,7 @@ ExportedMenu::~ExportedMenu() {
 
 void ExportedMenu::takeMenu() {
   m_live.refresh();
-  if (synchronizeLevel(0, m_live.menu().entriesUpTo(kMostReminders)))
+  if (synchronizeLevel(0, m_live.menu().entriesUpTo(kMostShownReminders)))
     ++m_revision;
 }
 
@@ -374,9 +372,9 @@ bool ExportedMenu::handleMessage(const QDBusMessage& message, const QDBusConnect
                            {QStringLiteral("TextDirection"), QStringLiteral("ltr")},
                            {QStringLiteral("Status"), QStringLiteral("normal")},
                            {QStringLiteral("IconThemePath"), QStringList()}};
-  if (message.interface() == kProperties && message.member() == u"GetAll")
+  if (message.interface() == kPropertiesInterface && message.member() == u"GetAll")
     return connection.send(message.createReply(values));
-  if (message.interface() == kProperties && message.member() == u"Get") {
+  if (message.interface() == kPropertiesInterface && message.member() == u"Get") {
     const QVariant value = values.value(message.arguments().value(1).toString());
     return value.isValid() &&
            connection.send(message.createReply(QVariant::fromValue(QDBusVariant(value))));

@@ -11,6 +11,9 @@
 
 namespace tockwise {
 
+/// The reminders that a menu shows at the most; the last item tells of the others.
+inline constexpr qsizetype kMostShownReminders = 1000;
+
 /// The program's state as it is now, for the menu. Called on the main thread.
 using MenuSource = std::function<MenuInput()>;
 

@@ -19,7 +19,6 @@ namespace {
 /// Opens the text of an option that stands for a rich title; its row and reminderUUID follow.
 constexpr QChar kRichMark(1);
 constexpr int kWidestText = 640; // pixels
-constexpr qsizetype kMostReminders = 1000;
 
 const MenuEntryAction* entryAction(const QAction* action) {
   return qobject_cast<const MenuEntryAction*>(action);
@@ -86,7 +85,7 @@ void NativeMenu::initialise() {
 
 std::vector<MenuEntry> NativeMenu::currentEntries() const {
   return m_parentEntry ? m_live.menu().submenu(*m_parentEntry)
-                       : m_live.menu().entriesUpTo(kMostReminders);
+                       : m_live.menu().entriesUpTo(kMostShownReminders);
 }
 
 void NativeMenu::fill() {

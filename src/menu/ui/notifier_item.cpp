@@ -18,7 +18,6 @@ const QString kWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
 const QString kItemPath = QStringLiteral("/StatusNotifierItem");
 const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
-const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 const QString kApplicationId = QStringLiteral("com.quillstone.Tockwise");
 
 } // namespace
@@ -62,8 +61,8 @@ void NotifierItem::hostRegistered() {
 }
 
 void NotifierItem::askForHost() {
-  QDBusMessage call =
-      QDBusMessage::createMethodCall(kWatcher, kWatcherPath, kProperties, QStringLiteral("Get"));
+  QDBusMessage call = QDBusMessage::createMethodCall(kWatcher, kWatcherPath, kPropertiesInterface,
+                                                     QStringLiteral("Get"));
   call << kWatcher << QStringLiteral("IsStatusNotifierHostRegistered");
   call.setAutoStartService(false);
   auto* pending = new QDBusPendingCallWatcher(m_connection.asyncCall(call), this);
@@ -138,9 +137,9 @@ QVariantMap NotifierItem::properties() const {
 
 bool NotifierItem::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
   const QVariantList arguments = message.arguments();
-  if (message.interface() == kProperties && message.member() == u"GetAll")
+  if (message.interface() == kPropertiesInterface && message.member() == u"GetAll")
     return connection.send(message.createReply(properties()));
-  if (message.interface() == kProperties && message.member() == u"Get") {
+  if (message.interface() == kPropertiesInterface && message.member() == u"Get") {
     const QVariant value = properties().value(arguments.value(1).toString());
     return value.isValid() &&
            connection.send(message.createReply(QVariant::fromValue(QDBusVariant(value))));

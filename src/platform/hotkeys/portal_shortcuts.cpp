@@ -42,7 +42,7 @@ Q_DECLARE_METATYPE(tockwise::PortalShortcutList)
 namespace tockwise {
 namespace {
 
-const QString kInterface = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
+const QString kGlobalShortcuts = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
 const QString kSessionInterface = QStringLiteral("org.freedesktop.portal.Session");
 
 QDBusMessage portalCall(const QString& interface, const QString& method) {
@@ -105,7 +105,7 @@ void PortalShortcuts::introduceOurselves() {
 void PortalShortcuts::askForVersion() {
   QDBusMessage call =
       portalCall(QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-  call << kInterface << QStringLiteral("version");
+  call << kGlobalShortcuts << QStringLiteral("version");
   auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), m_talk.get());
   connect(watcher, &QDBusPendingCallWatcher::finished, m_talk.get(), [this, watcher] {
     const QDBusPendingReply<QDBusVariant> version = *watcher;
@@ -121,13 +121,13 @@ void PortalShortcuts::createSession() {
   const QString sessionToken = PortalRequest::newToken();
   m_session = portalPath(m_bus, QStringLiteral("session"), sessionToken);
   const QString portal = QString::fromUtf16(kPortalPath);
-  m_bus.connect(service(), portal, kInterface, QStringLiteral("Activated"), this,
+  m_bus.connect(service(), portal, kGlobalShortcuts, QStringLiteral("Activated"), this,
                 SLOT(activated(QDBusMessage)));
-  m_bus.connect(service(), portal, kInterface, QStringLiteral("ShortcutsChanged"), this,
+  m_bus.connect(service(), portal, kGlobalShortcuts, QStringLiteral("ShortcutsChanged"), this,
                 SLOT(shortcutsChanged(QDBusMessage)));
   m_bus.connect(service(), m_session, kSessionInterface, QStringLiteral("Closed"), this,
                 SLOT(sessionClosed()));
-  QDBusMessage call = portalCall(kInterface, QStringLiteral("CreateSession"));
+  QDBusMessage call = portalCall(kGlobalShortcuts, QStringLiteral("CreateSession"));
   call << QVariantMap{{QStringLiteral("handle_token"), token},
                       {QStringLiteral("session_handle_token"), sessionToken}};
   new PortalRequest(
@@ -147,7 +147,7 @@ void PortalShortcuts::createSession() {
 
 void PortalShortcuts::bindShortcuts() {
   const QString token = PortalRequest::newToken();
-  QDBusMessage call = portalCall(kInterface, QStringLiteral("BindShortcuts"));
+  QDBusMessage call = portalCall(kGlobalShortcuts, QStringLiteral("BindShortcuts"));
   call << QVariant::fromValue(QDBusObjectPath(m_session)) << QVariant::fromValue(wantedShortcuts())
        << QString() << QVariantMap{{QStringLiteral("handle_token"), token}};
   new PortalRequest(
@@ -211,9 +211,9 @@ void PortalShortcuts::release() {
   if (m_session.isEmpty())
     return;
   const QString portal = QString::fromUtf16(kPortalPath);
-  m_bus.disconnect(service(), portal, kInterface, QStringLiteral("Activated"), this,
+  m_bus.disconnect(service(), portal, kGlobalShortcuts, QStringLiteral("Activated"), this,
                    SLOT(activated(QDBusMessage)));
-  m_bus.disconnect(service(), portal, kInterface, QStringLiteral("ShortcutsChanged"), this,
+  m_bus.disconnect(service(), portal, kGlobalShortcuts, QStringLiteral("ShortcutsChanged"), this,
                    SLOT(shortcutsChanged(QDBusMessage)));
   m_bus.disconnect(service(), m_session, kSessionInterface, QStringLiteral("Closed"), this,
                    SLOT(sessionClosed()));

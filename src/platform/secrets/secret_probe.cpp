@@ -11,8 +11,8 @@ namespace {
 
 using State = SecretStore::State;
 
-constexpr int kPatience = 2000;      // ms for an answer
-constexpr int kStartPatience = 8000; // ms for a service to start
+constexpr int kAnswerPatience = 2000; // ms for an answer
+constexpr int kStartPatience = 8000;  // ms for a service to start
 
 const QString kBus = QStringLiteral("org.freedesktop.DBus");
 const QString kBusPath = QStringLiteral("/org/freedesktop/DBus");
@@ -41,7 +41,8 @@ void SecretProbe::call(QDBusMessage message, Reply answer) {
   message.setAutoStartService(false);
   const bool starts = message.member() == u"StartServiceByName";
   auto* watcher = new QDBusPendingCallWatcher(
-      QDBusConnection::sessionBus().asyncCall(message, starts ? kStartPatience : kPatience), this);
+      QDBusConnection::sessionBus().asyncCall(message, starts ? kStartPatience : kAnswerPatience),
+      this);
   connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answer = std::move(answer)] {
     watcher->deleteLater();
     answer(watcher->reply());

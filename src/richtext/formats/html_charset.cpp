@@ -10,7 +10,7 @@
 namespace tockwise {
 namespace {
 
-constexpr qsizetype kLookedThrough = 2048; // bytes in which a page says what it is
+constexpr qsizetype kBytesWithCharset = 2048; // bytes in which a page says what it is
 
 // Some programs put UTF-16 on the clipboard without a mark: every second byte of tags is 0.
 std::optional<QStringConverter::Encoding> unmarkedWide(const QByteArray& bytes) {
@@ -32,7 +32,7 @@ QByteArray statedName(const QByteArray& bytes) {
   static const QRegularExpression meta(
       QStringLiteral("<meta[^>]{0,200}?charset\\s*=\\s*[\"']?([A-Za-z0-9_:.-]{1,40})"),
       QRegularExpression::CaseInsensitiveOption);
-  const auto match = meta.match(QString::fromLatin1(bytes.left(kLookedThrough)));
+  const auto match = meta.match(QString::fromLatin1(bytes.left(kBytesWithCharset)));
   return match.captured(1).toLatin1().toLower();
 }
 

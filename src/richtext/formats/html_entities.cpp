@@ -7,13 +7,13 @@
 namespace tockwise {
 namespace {
 
-struct Named {
+struct NamedCharacter {
   QStringView name;
   char16_t character;
 };
 
 // In the order of their names.
-constexpr Named kNamed[] = {
+constexpr NamedCharacter kNamed[] = {
     {u"AElig", 0x00c6},   {u"Aacute", 0x00c1},  {u"Acirc", 0x00c2},    {u"Agrave", 0x00c0},
     {u"Alpha", 0x0391},   {u"Aring", 0x00c5},   {u"Atilde", 0x00c3},   {u"Auml", 0x00c4},
     {u"Beta", 0x0392},    {u"Ccedil", 0x00c7},  {u"Chi", 0x03a7},      {u"Dagger", 0x2021},
@@ -83,9 +83,9 @@ constexpr Named kNamed[] = {
 } // namespace
 
 char32_t namedCharacter(QStringView name) {
-  const auto* found =
-      std::lower_bound(std::begin(kNamed), std::end(kNamed), name,
-                       [](const Named& each, QStringView wanted) { return each.name < wanted; });
+  const auto* found = std::lower_bound(
+      std::begin(kNamed), std::end(kNamed), name,
+      [](const NamedCharacter& each, QStringView wanted) { return each.name < wanted; });
   return found != std::end(kNamed) && found->name == name ? found->character : 0;
 }
 

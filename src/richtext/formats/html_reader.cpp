@@ -18,7 +18,8 @@
 namespace tockwise {
 namespace {
 
-constexpr size_t kDeepest = 256; // open elements; what is deeper has the style of the last of them
+constexpr size_t kDeepestElement =
+    256; // open elements; what is deeper has the style of the last of them
 constexpr qsizetype kMostPictures = 1000;
 
 struct Element {
@@ -85,7 +86,7 @@ class HtmlReader {
     if (kind == HtmlElementKind::Void)
       return startVoid(tag);
     closeWhatEndsBefore(tag.name);
-    if (m_open.size() >= kDeepest) {
+    if (m_open.size() >= kDeepestElement) {
       ++m_unopened[tag.name];
       if (kind == HtmlElementKind::Block || kind == HtmlElementKind::Row)
         m_text.addBoundary();

@@ -13,7 +13,7 @@ QString number(double value) {
   return std::isfinite(value) ? QString::number(value, 'g', 7) : QStringLiteral("0");
 }
 
-QString points(double value) {
+QString pointsText(double value) {
   return value == 0 ? QStringLiteral("0") : number(value) + QStringLiteral("pt");
 }
 
@@ -38,7 +38,7 @@ QString fontText(const TextFont& font) {
   QString text;
   if (!families.isEmpty())
     text += QStringLiteral("font-family:%1;").arg(families.join(u','));
-  text += QStringLiteral("font-size:%1;").arg(points(soundFontSize(font.size)));
+  text += QStringLiteral("font-size:%1;").arg(pointsText(soundFontSize(font.size)));
   text += QStringLiteral("font-weight:%1;").arg(weightOfFont(font.name));
   text += isItalicFont(font.name) ? QStringLiteral("font-style:italic;")
                                   : QStringLiteral("font-style:normal;");
@@ -79,7 +79,7 @@ QString lineHeightText(const ParagraphStyle& style) {
     return {};
   const bool exact = style.minLineHeight == style.maxLineHeight;
   return QStringLiteral("line-height:%1;mso-line-height-rule:%2;")
-      .arg(points(style.minLineHeight),
+      .arg(pointsText(style.minLineHeight),
            exact ? QStringLiteral("exactly") : QStringLiteral("at-least"));
 }
 
@@ -87,7 +87,7 @@ QString lineHeightText(const ParagraphStyle& style) {
 QString tabStopsText(const std::vector<TextTab>& stops) {
   QStringList texts;
   for (const TextTab& stop : stops) {
-    QString text = points(stop.location);
+    QString text = pointsText(stop.location);
     if (stop.alignment == qint64(TextAlignment::Right))
       text.prepend(QStringLiteral("right "));
     else if (stop.alignment == qint64(TextAlignment::Center))
@@ -116,18 +116,18 @@ QString paragraphStyleText(const ParagraphStyle* style) {
   // A tail indent from the left margin would need the width of the page.
   const double right = style->tailIndent < 0 ? -style->tailIndent : 0;
   QString text = QStringLiteral("margin:%1 %2 %3 %4;")
-                     .arg(points(style->paragraphSpacingBefore), points(right),
-                          points(style->paragraphSpacing), points(style->headIndent));
+                     .arg(pointsText(style->paragraphSpacingBefore), pointsText(right),
+                          pointsText(style->paragraphSpacing), pointsText(style->headIndent));
   const double first = style->firstLineHeadIndent - style->headIndent;
   if (first != 0)
-    text += QStringLiteral("text-indent:%1;").arg(points(first));
+    text += QStringLiteral("text-indent:%1;").arg(pointsText(first));
   if (style->alignment)
     text += alignmentText(*style->alignment);
   text += lineHeightText(*style);
   if (style->tabStops)
     text += tabStopsText(*style->tabStops);
   if (style->defaultTabInterval > 0)
-    text += QStringLiteral("tab-size:%1;").arg(points(style->defaultTabInterval));
+    text += QStringLiteral("tab-size:%1;").arg(pointsText(style->defaultTabInterval));
   return text;
 }
 

@@ -6,7 +6,7 @@ namespace tockwise {
 namespace {
 
 constexpr size_t kMostAttributes = 64;
-constexpr qsizetype kLongestName = 64;
+constexpr qsizetype kLongestTagName = 64;
 constexpr qsizetype kLongestReference = 32;
 
 bool isLetter(QChar character) {
@@ -147,7 +147,7 @@ HtmlToken HtmlTokens::tag() {
   while (m_at < m_html.size() && !isSpace(m_html[m_at]) && m_html[m_at] != u'>' &&
          m_html[m_at] != u'/')
     ++m_at;
-  token.name = m_html.mid(start, std::min(m_at - start, kLongestName)).toString().toLower();
+  token.name = m_html.mid(start, std::min(m_at - start, kLongestTagName)).toString().toLower();
   readAttributes(token);
   if (token.kind == HtmlToken::Kind::Start && isRawElement(token.name))
     m_rawElement = token.name;
@@ -173,7 +173,7 @@ void HtmlTokens::readAttributes(HtmlToken& token) {
     while (m_at < m_html.size() && !isSpace(m_html[m_at]) && m_html[m_at] != u'=' &&
            m_html[m_at] != u'>' && m_html[m_at] != u'/')
       ++m_at;
-    const QStringView name = m_html.mid(start, std::min(m_at - start, kLongestName));
+    const QStringView name = m_html.mid(start, std::min(m_at - start, kLongestTagName));
     skipSpaces();
     QStringView value;
     if (m_at < m_html.size() && m_html[m_at] == u'=') {

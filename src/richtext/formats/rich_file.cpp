@@ -16,7 +16,7 @@ namespace tockwise {
 namespace {
 
 constexpr qint64 kMostFileBytes = kMostPictureBytes;
-constexpr qsizetype kLookedThrough = 4096; // characters in which a page has a tag
+constexpr qsizetype kCharactersWithTag = 4096; // characters in which a page has a tag
 
 Error error(Error::Kind kind, const QString& path, const QString& what) {
   return Error{kind, QStringLiteral("%1: %2").arg(path, what)};
@@ -60,7 +60,7 @@ bool looksLikeHTML(const QString& text) {
                      "em|strong|font|h[1-6]|br|hr|ul|ol|li|table|tr|td|pre|code|blockquote|img|"
                      "center|sub|sup)[\\s>/])"),
       QRegularExpression::CaseInsensitiveOption);
-  return tag.match(text.left(kLookedThrough)).hasMatch();
+  return tag.match(text.left(kCharactersWithTag)).hasMatch();
 }
 
 /// A page without a tag is known by its name alone.

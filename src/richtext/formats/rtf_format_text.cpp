@@ -1,6 +1,7 @@
 #include "richtext/formats/rtf_format_text.h"
 
 #include "richtext/formats/format_fonts.h"
+#include "richtext/formats/rtf_units.h"
 #include "richtext/formats/rtf_writer.h"
 
 #include <algorithm>
@@ -10,9 +11,6 @@
 namespace tockwise {
 namespace {
 
-constexpr double kTwips = 20;          // a point
-constexpr double kMostTwips = 31680;   // what readers take: 22 inches
-constexpr double kSingleLine = 240;    // of \sl with \slmult1
 constexpr double kWholeColor = 100000; // of the colour table's extension
 
 QByteArray word(const char* name, double value) {
@@ -21,9 +19,9 @@ QByteArray word(const char* name, double value) {
 
 // A length in points; nothing for 0.
 QByteArray length(const char* name, double points) {
-  if (!std::isfinite(points) || std::llround(points * kTwips) == 0)
+  if (!std::isfinite(points) || std::llround(points * kTwipsPerPoint) == 0)
     return {};
-  return word(name, std::clamp(points * kTwips, -kMostTwips, kMostTwips));
+  return word(name, std::clamp(points * kTwipsPerPoint, -double(kMostTwips), double(kMostTwips)));
 }
 
 QByteArray underlineWord(qint64 kind) {
@@ -66,7 +64,7 @@ QByteArray alignmentWord(TextAlignment alignment) {
 QByteArray lineHeightWords(const ParagraphStyle& style) {
   QByteArray words;
   if (style.lineHeightMultiple > 0)
-    words += word("sl", style.lineHeightMultiple * kSingleLine) + "\\slmult1";
+    words += word("sl", style.lineHeightMultiple * kSingleSpaced) + "\\slmult1";
   else if (style.minLineHeight > 0 && style.minLineHeight == style.maxLineHeight)
     words += length("sl", -style.minLineHeight) + "\\slmult0";
   else if (style.minLineHeight > 0)
@@ -84,7 +82,7 @@ QByteArray tabWords(const ParagraphStyle& style) {
         words += "\\tqr";
       else if (tab.alignment == qint64(TextAlignment::Center))
         words += "\\tqc";
-      words += word("tx", std::clamp(tab.location * kTwips, 0.0, kMostTwips));
+      words += word("tx", std::clamp(tab.location * kTwipsPerPoint, 0.0, double(kMostTwips)));
     }
   }
   return words + length("pardeftab", style.defaultTabInterval);

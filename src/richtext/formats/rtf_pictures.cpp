@@ -1,20 +1,11 @@
 #include "richtext/formats/rtf_pictures.h"
 
 #include "richtext/formats/picture_type.h"
+#include "richtext/formats/rtf_tokens.h"
 #include "richtext/picture_scaling.h"
 #include "store/archive/file_wrapper.h"
 
 namespace tockwise {
-namespace {
-
-int hexDigit(char byte) {
-  if (byte >= '0' && byte <= '9')
-    return byte - '0';
-  const char lower = char(byte | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
-} // namespace
 
 void RtfPicture::addHex(QByteArrayView digits) {
   for (const char byte : digits) {

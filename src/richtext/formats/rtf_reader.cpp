@@ -16,7 +16,7 @@ namespace {
 
 using Destination = RtfDestination;
 
-constexpr size_t kDeepest = 500;           // groups
+constexpr size_t kDeepestGroup = 500;      // groups
 constexpr qsizetype kLongestWords = 65536; // of a name, an instruction
 constexpr qsizetype kMostAttachments = 1000;
 constexpr char kPlaceholder = '\xac'; // stands beside an attached file
@@ -111,7 +111,7 @@ class RtfReader {
     RtfTokens tokens(bytes);
     for (RtfToken token = tokens.next(); token.kind != RtfToken::Kind::Finished && !m_isFinished;
          token = tokens.next()) {
-      if (m_outer.size() > kDeepest)
+      if (m_outer.size() > kDeepestGroup)
         return Error{Error::Kind::Damaged, QStringLiteral("this RTF nests too deep")};
       take(token);
     }

@@ -1,5 +1,7 @@
 #include "richtext/formats/rtf_state.h"
 
+#include "richtext/formats/rtf_units.h"
+
 #include <QHash>
 
 #include <algorithm>
@@ -7,9 +9,6 @@
 namespace tockwise {
 namespace {
 
-constexpr double kTwips = 20; // a point
-constexpr double kSingleLine = 240;
-constexpr int kLongest = 31680; // twips
 constexpr size_t kMostTabs = 32;
 
 struct Parameter {
@@ -17,7 +16,7 @@ struct Parameter {
 
   bool isOn() const { return stated.value_or(1) != 0; }
   int number() const { return stated.value_or(0); }
-  int length() const { return std::clamp(number(), -kLongest, kLongest); }
+  int length() const { return std::clamp(number(), -kMostTwips, kMostTwips); }
 };
 
 using Apply = void (*)(RtfState& state, Parameter parameter);
@@ -41,26 +40,26 @@ template <TextAlignment alignment> void tabKind(RtfState& state, Parameter) {
 void addTab(RtfState& state, Parameter parameter) {
   RtfParagraph& paragraph = state.paragraph;
   if (paragraph.tabs.size() < kMostTabs && parameter.number() >= 0)
-    paragraph.tabs.push_back({parameter.length() / kTwips, paragraph.nextTabAlignment, {}});
+    paragraph.tabs.push_back({parameter.length() / kTwipsPerPoint, paragraph.nextTabAlignment, {}});
   paragraph.nextTabAlignment = 0;
 }
 
-using S = RtfState&;
+using State = RtfState&;
 using P = Parameter;
 
 void addCharacterWords(QHash<QByteArray, Apply>& words) {
   words.insert({
-      {"plain", [](S s, P) { s.characters = {}; }},
-      {"f", [](S s, P p) { s.characters.font = p.number(); }},
-      {"fs", [](S s, P p) { s.characters.size = std::clamp(p.number(), 1, 4000); }},
-      {"b", [](S s, P p) { s.characters.bold = p.isOn(); }},
-      {"i", [](S s, P p) { s.characters.italic = p.isOn(); }},
-      {"v", [](S s, P p) { s.characters.hidden = p.isOn(); }},
-      {"deleted", [](S s, P p) { s.characters.hidden = p.isOn(); }},
-      {"cf", [](S s, P p) { s.characters.color = p.number(); }},
-      {"cb", [](S s, P p) { s.characters.background = p.number(); }},
-      {"chcbpat", [](S s, P p) { s.characters.background = p.number(); }},
-      {"highlight", [](S s, P p) { s.characters.background = p.number(); }},
+      {"plain", [](State s, P) { s.characters = {}; }},
+      {"f", [](State s, P p) { s.characters.font = p.number(); }},
+      {"fs", [](State s, P p) { s.characters.size = std::clamp(p.number(), 1, 4000); }},
+      {"b", [](State s, P p) { s.characters.bold = p.isOn(); }},
+      {"i", [](State s, P p) { s.characters.italic = p.isOn(); }},
+      {"v", [](State s, P p) { s.characters.hidden = p.isOn(); }},
+      {"deleted", [](State s, P p) { s.characters.hidden = p.isOn(); }},
+      {"cf", [](State s, P p) { s.characters.color = p.number(); }},
+      {"cb", [](State s, P p) { s.characters.background = p.number(); }},
+      {"chcbpat", [](State s, P p) { s.characters.background = p.number(); }},
+      {"highlight", [](State s, P p) { s.characters.background = p.number(); }},
       {"ul", underline<1>},
       {"ulnone", underline<0>},
       {"ulth", underline<2>},
@@ -76,18 +75,18 @@ void addCharacterWords(QHash<QByteArray, Apply>& words) {
       {"ulthdashdd", underline<0x402>},
       {"ulw", underline<0x8001>},
       {"ulwave", underline<1>},
-      {"strike", [](S s, P p) { s.characters.strikethrough = p.isOn() ? 1 : 0; }},
-      {"striked", [](S s, P p) { s.characters.strikethrough = p.isOn() ? 9 : 0; }},
-      {"super", [](S s, P p) { s.characters.superscript = p.isOn() ? 1 : 0; }},
-      {"sub", [](S s, P p) { s.characters.superscript = p.isOn() ? -1 : 0; }},
-      {"nosupersub", [](S s, P) { s.characters.superscript = 0; }},
-      {"uc", [](S s, P p) { s.skippedAfterUnicode = std::clamp(p.number(), 0, 100); }},
+      {"strike", [](State s, P p) { s.characters.strikethrough = p.isOn() ? 1 : 0; }},
+      {"striked", [](State s, P p) { s.characters.strikethrough = p.isOn() ? 9 : 0; }},
+      {"super", [](State s, P p) { s.characters.superscript = p.isOn() ? 1 : 0; }},
+      {"sub", [](State s, P p) { s.characters.superscript = p.isOn() ? -1 : 0; }},
+      {"nosupersub", [](State s, P) { s.characters.superscript = 0; }},
+      {"uc", [](State s, P p) { s.skippedAfterUnicode = std::clamp(p.number(), 0, 100); }},
   });
 }
 
 void addParagraphWords(QHash<QByteArray, Apply>& words) {
   words.insert({
-      {"pard", [](S s, P) { s.paragraph = {}; }},
+      {"pard", [](State s, P) { s.paragraph = {}; }},
       {"ql", align<TextAlignment::Left>},
       {"qr", align<TextAlignment::Right>},
       {"qc", align<TextAlignment::Center>},
@@ -99,7 +98,7 @@ void addParagraphWords(QHash<QByteArray, Apply>& words) {
       {"sb", length<&RtfParagraph::spaceBefore>},
       {"sa", length<&RtfParagraph::spaceAfter>},
       {"sl", length<&RtfParagraph::lineSpacing>},
-      {"slmult", [](S s, P p) { s.paragraph.lineSpacingIsMultiple = p.number() == 1; }},
+      {"slmult", [](State s, P p) { s.paragraph.lineSpacingIsMultiple = p.number() == 1; }},
       {"slleading", length<&RtfParagraph::leading>},
       {"slminimum", length<&RtfParagraph::leastHeight>},
       {"slmaximum", length<&RtfParagraph::mostHeight>},
@@ -108,8 +107,8 @@ void addParagraphWords(QHash<QByteArray, Apply>& words) {
       {"tqdec", tabKind<TextAlignment::Right>},
       {"tqc", tabKind<TextAlignment::Center>},
       {"tx", addTab},
-      {"rtlpar", [](S s, P) { s.paragraph.writingDirection = 2; }},
-      {"ltrpar", [](S s, P) { s.paragraph.writingDirection = 1; }},
+      {"rtlpar", [](State s, P) { s.paragraph.writingDirection = 2; }},
+      {"ltrpar", [](State s, P) { s.paragraph.writingDirection = 1; }},
   });
 }
 
@@ -131,23 +130,23 @@ bool areDefaultTabs(const std::vector<TextTab>& tabs) {
 ParagraphStyle RtfParagraph::style() const {
   ParagraphStyle style;
   style.alignment = alignment;
-  style.headIndent = std::max(0, leftIndent) / kTwips;
-  style.firstLineHeadIndent = std::max(0, leftIndent + firstIndent) / kTwips;
-  style.tailIndent = rightIndent > 0 ? -rightIndent / kTwips : 0;
-  style.paragraphSpacingBefore = std::max(0, spaceBefore) / kTwips;
-  style.paragraphSpacing = std::max(0, spaceAfter) / kTwips;
-  if (lineSpacingIsMultiple && lineSpacing > 0 && lineSpacing != int(kSingleLine))
-    style.lineHeightMultiple = lineSpacing / kSingleLine;
+  style.headIndent = std::max(0, leftIndent) / kTwipsPerPoint;
+  style.firstLineHeadIndent = std::max(0, leftIndent + firstIndent) / kTwipsPerPoint;
+  style.tailIndent = rightIndent > 0 ? -rightIndent / kTwipsPerPoint : 0;
+  style.paragraphSpacingBefore = std::max(0, spaceBefore) / kTwipsPerPoint;
+  style.paragraphSpacing = std::max(0, spaceAfter) / kTwipsPerPoint;
+  if (lineSpacingIsMultiple && lineSpacing > 0 && lineSpacing != int(kSingleSpaced))
+    style.lineHeightMultiple = lineSpacing / kSingleSpaced;
   else if (!lineSpacingIsMultiple)
-    style.minLineHeight = std::abs(lineSpacing) / kTwips;
+    style.minLineHeight = std::abs(lineSpacing) / kTwipsPerPoint;
   if (!lineSpacingIsMultiple && lineSpacing < 0)
     style.maxLineHeight = style.minLineHeight;
-  style.lineSpacing = std::max(0, leading) / kTwips;
+  style.lineSpacing = std::max(0, leading) / kTwipsPerPoint;
   if (leastHeight > 0)
-    style.minLineHeight = leastHeight / kTwips;
+    style.minLineHeight = leastHeight / kTwipsPerPoint;
   if (mostHeight > 0)
-    style.maxLineHeight = mostHeight / kTwips;
-  style.defaultTabInterval = std::max(0, tabInterval) / kTwips;
+    style.maxLineHeight = mostHeight / kTwipsPerPoint;
+  style.defaultTabInterval = std::max(0, tabInterval) / kTwipsPerPoint;
   style.writingDirection = writingDirection;
   if (!tabs.empty() && !areDefaultTabs(tabs))
     style.tabStops = tabs;

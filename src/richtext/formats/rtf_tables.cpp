@@ -12,7 +12,7 @@ namespace {
 
 constexpr qsizetype kMostFonts = 4096;
 constexpr size_t kMostColors = 4096;
-constexpr qsizetype kLongestName = 200;
+constexpr qsizetype kLongestTableName = 200;
 constexpr int kSymbolCharset = 2;
 
 // The code page of a font's character set; 0 for that of the document.
@@ -54,8 +54,8 @@ void RtfFontTable::text(const QString& text, RtfDestination destination) {
     return;
   QString& name = destination == RtfDestination::FontAlternate ? current->alternate : current->name;
   const qsizetype end = text.indexOf(u';');
-  if (name.size() < kLongestName)
-    name += text.left(std::min(end < 0 ? text.size() : end, kLongestName));
+  if (name.size() < kLongestTableName)
+    name += text.left(std::min(end < 0 ? text.size() : end, kLongestTableName));
   if (end >= 0 && destination == RtfDestination::FontTable)
     m_current = -1;
 }
@@ -126,7 +126,7 @@ void RtfColorTable::extensionWord(QByteArrayView word, std::optional<int> parame
 void RtfColorTable::extensionText(QByteArrayView bytes) {
   for (const char byte : bytes) {
     if (byte != ';') {
-      if (m_extensionName.size() < kLongestName)
+      if (m_extensionName.size() < kLongestTableName)
         m_extensionName += byte;
       continue;
     }

@@ -14,14 +14,14 @@ bool isDigit(char byte) {
   return byte >= '0' && byte <= '9';
 }
 
+} // namespace
+
 int hexDigit(char byte) {
   if (isDigit(byte))
     return byte - '0';
   const char lower = char(byte | 0x20);
   return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
-
-} // namespace
 
 RtfToken RtfTokens::next() {
   if (m_binary > 0) {

@@ -23,6 +23,9 @@ struct RtfToken {
   std::optional<int> parameter; // of a word; of Byte its value
 };
 
+/// The value of a hexadecimal digit, or -1.
+int hexDigit(char byte);
+
 /// bytes must outlive the tokens.
 class RtfTokens {
  public:

@@ -3,12 +3,12 @@
 #include "richtext/formats/paragraphs.h"
 #include "richtext/formats/picture_type.h"
 #include "richtext/formats/rtf_format_text.h"
+#include "richtext/formats/rtf_units.h"
 #include "richtext/text_formats.h"
 
 namespace tockwise {
 namespace {
 
-constexpr int kTwipsOfPixel = 15;
 constexpr qsizetype kHexLine = 128;
 
 // A link as the argument of a field's instruction: quoted there, then escaped for RTF.
@@ -123,8 +123,8 @@ QByteArray pictureGroup(const TextAttachment& attachment) {
                      escapedForRTF(attachment.name) + "}}}\\picscalex100\\picscaley100";
   group += "\\picw" + QByteArray::number(size.width());
   group += "\\pich" + QByteArray::number(size.height());
-  group += "\\picwgoal" + QByteArray::number(size.width() * kTwipsOfPixel);
-  group += "\\pichgoal" + QByteArray::number(size.height() * kTwipsOfPixel);
+  group += "\\picwgoal" + QByteArray::number(size.width() * kTwipsPerPixel);
+  group += "\\pichgoal" + QByteArray::number(size.height() * kTwipsPerPixel);
   group += picture->type.suffix == u"png" ? "\\pngblip" : "\\jpegblip";
   const QByteArray hex = picture->bytes.toHex();
   for (qsizetype at = 0; at < hex.size(); at += kHexLine)

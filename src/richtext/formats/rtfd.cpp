@@ -1,6 +1,7 @@
 // Flat RTFD: a folder in a file wrapper, whose "TXT.rtf" names the attached files beside it.
 #include "richtext/formats/picture_type.h"
 #include "richtext/formats/rtf_reader.h"
+#include "richtext/formats/rtf_units.h"
 #include "richtext/formats/rtf_writer.h"
 #include "richtext/text_formats.h"
 #include "store/archive/file_wrapper.h"
@@ -14,7 +15,6 @@ namespace tockwise {
 namespace {
 
 const QString kTextFile = QStringLiteral("TXT.rtf");
-constexpr int kTwipsOfPixel = 15;
 
 // The files of a container while it is written: each name once, without regard to case.
 class AttachedFiles {
@@ -67,8 +67,8 @@ class AttachedFiles {
 QByteArray fileGroup(const QString& name, const QByteArray& contents) {
   QByteArray group = "{{\\NeXTGraphic " + escapedForRTF(name);
   if (const auto type = pictureTypeOf(contents)) {
-    group += " \\width" + QByteArray::number(type->size.width() * kTwipsOfPixel);
-    group += " \\height" + QByteArray::number(type->size.height() * kTwipsOfPixel);
+    group += " \\width" + QByteArray::number(type->size.width() * kTwipsPerPixel);
+    group += " \\height" + QByteArray::number(type->size.height() * kTwipsPerPixel);
   }
   return group + "\n}\\'ac}";
 }

@@ -24,7 +24,7 @@ constexpr qsizetype kLeastEntry = 12; // length of the name, size and type of th
 constexpr int kMostNesting = 32;
 constexpr qsizetype kMostNameBytes = 255;
 
-Error damaged(const QString& what) {
+Error damagedWrapper(const QString& what) {
   return Error{Error::Kind::Damaged, QStringLiteral("not a sound file wrapper: %1").arg(what)};
 }
 
@@ -69,38 +69,38 @@ Result<FileWrapper> readNode(QByteArrayView node, const QString& name, int nesti
 Result<QByteArray> readBytes(QByteArrayView node) {
   Cursor cursor(node);
   if (cursor.number() != kBytesNode)
-    return damaged(QStringLiteral("an entry that holds no bytes"));
+    return damagedWrapper(QStringLiteral("an entry that holds no bytes"));
   auto size = cursor.number();
   if (size == kPaddedBlock) {
     size = cursor.number();
     if (!cursor.sizedBlock())
-      return damaged(QStringLiteral("padding beyond the data"));
+      return damagedWrapper(QStringLiteral("padding beyond the data"));
   }
   const auto bytes = size ? cursor.block(*size) : std::nullopt;
   if (!bytes)
-    return damaged(QStringLiteral("a block beyond the data"));
+    return damagedWrapper(QStringLiteral("a block beyond the data"));
   return bytes->toByteArray();
 }
 
 Result<std::vector<Entry>> readEntries(Cursor cursor) {
   const auto count = cursor.number();
   if (!count || *count > quint64(cursor.left() / kLeastEntry))
-    return damaged(QStringLiteral("more entries than data"));
+    return damagedWrapper(QStringLiteral("more entries than data"));
   std::vector<Entry> entries(*count);
   for (Entry& entry : entries) {
     const auto name = cursor.sizedBlock();
     if (!name)
-      return damaged(QStringLiteral("a name beyond the data"));
+      return damagedWrapper(QStringLiteral("a name beyond the data"));
     entry.name = name->toByteArray();
   }
   auto sizes = cursor.block(4 * quint64(*count));
   if (!sizes)
-    return damaged(QStringLiteral("sizes beyond the data"));
+    return damagedWrapper(QStringLiteral("sizes beyond the data"));
   Cursor sizesCursor(*sizes);
   for (Entry& entry : entries) {
     const auto node = cursor.block(*sizesCursor.number());
     if (!node)
-      return damaged(QStringLiteral("an entry beyond the data"));
+      return damagedWrapper(QStringLiteral("an entry beyond the data"));
     entry.node = *node;
   }
   return entries;
@@ -158,12 +158,12 @@ Result<FileWrapper> readFolder(QByteArrayView node, const QString& name, int nes
 // name: as the folder around the node has it; empty for the outermost.
 Result<FileWrapper> readNode(QByteArrayView node, const QString& name, int nesting) {
   if (nesting > kMostNesting)
-    return damaged(QStringLiteral("folders nested too deep"));
+    return damagedWrapper(QStringLiteral("folders nested too deep"));
   const auto type = Cursor(node).number();
   if (type == kFolderNode)
     return readFolder(node, name, nesting);
   if (type != kBytesNode || name.isEmpty())
-    return damaged(QStringLiteral("an entry of an unknown kind"));
+    return damagedWrapper(QStringLiteral("an entry of an unknown kind"));
   auto bytes = readBytes(node);
   if (!bytes)
     return bytes.error();
@@ -282,7 +282,7 @@ QString sanitisedFileName(const QString& name) {
 
 Result<FileWrapper> readFileWrapper(const QByteArray& bytes) {
   if (!bytes.startsWith(kMagic))
-    return damaged(QStringLiteral("no header"));
+    return damagedWrapper(QStringLiteral("no header"));
   return readNode(QByteArrayView(bytes).sliced(kMagic.size()), QString(), 0);
 }
 

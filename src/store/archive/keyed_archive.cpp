@@ -20,7 +20,7 @@ constexpr qsizetype kLongestClassName = 256;
 constexpr qsizetype kMostClassBytes = 2 << 20;
 constexpr qsizetype kClassBytesPerByte = 8;
 
-Error damaged(const QString& what) {
+Error damagedArchive(const QString& what) {
   return Error{Error::Kind::Damaged, QStringLiteral("not a sound keyed archive: %1").arg(what)};
 }
 
@@ -95,24 +95,24 @@ Result<std::shared_ptr<const KeyedArchive>> KeyedArchive::open(const QByteArray&
 Result<void> KeyedArchive::readEnvelope() {
   const Ref root = m_list.root();
   if (m_list.kind(root) != Kind::Dictionary)
-    return damaged(QStringLiteral("it is no dictionary"));
+    return damagedArchive(QStringLiteral("it is no dictionary"));
   const auto version = m_list.find(root, u"$version");
   const auto archiver = m_list.find(root, u"$archiver");
   const auto top = m_list.find(root, u"$top");
   const auto objects = m_list.find(root, u"$objects");
   if (!version || m_list.kind(*version) != Kind::Integer)
-    return damaged(QStringLiteral("no $version"));
+    return damagedArchive(QStringLiteral("no $version"));
   m_version = m_list.integer(*version);
   if (!archiver || !m_list.isString(*archiver, u"NSKeyedArchiver"))
-    return damaged(QStringLiteral("another $archiver"));
+    return damagedArchive(QStringLiteral("another $archiver"));
   if (!objects || m_list.kind(*objects) != Kind::Array || m_list.count(*objects) == 0 ||
       !m_list.isString(m_list.element(*objects, 0), u"$null"))
-    return damaged(QStringLiteral("no $objects"));
+    return damagedArchive(QStringLiteral("no $objects"));
   m_objects.reserve(size_t(m_list.count(*objects)));
   for (qsizetype i = 0; i < m_list.count(*objects); ++i)
     m_objects.push_back(m_list.element(*objects, i));
   if (!top || m_list.kind(*top) != Kind::Dictionary)
-    return damaged(QStringLiteral("no $top"));
+    return damagedArchive(QStringLiteral("no $top"));
   return readTop(*top);
 }
 
@@ -121,10 +121,10 @@ Result<void> KeyedArchive::readTop(Ref top) {
   if (!root && m_list.count(top) == 1)
     root = m_list.valueAt(top, 0);
   if (!root || m_list.kind(*root) != Kind::Uid)
-    return damaged(QStringLiteral("no root in $top"));
+    return damagedArchive(QStringLiteral("no root in $top"));
   m_root = m_list.uid(*root);
   if (m_root >= count())
-    return damaged(QStringLiteral("$top names object %1 of %2").arg(m_root).arg(count()));
+    return damagedArchive(QStringLiteral("$top names object %1 of %2").arg(m_root).arg(count()));
   return {};
 }
 

@@ -44,6 +44,9 @@ class KeyedArchive : public std::enable_shared_from_this<KeyedArchive> {
   quint64 count() const { return m_objects.size(); }
   /// Bytes of the archive.
   qsizetype size() const { return m_size; }
+  /// Bytes that what is unfolded from the archive may take: objects can share others many times
+  /// over.
+  qsizetype mostUnfoldedBytes() const { return (64 << 20) + 4 * m_size; }
   const plist::Reader& list() const { return m_list; }
   /// uid with the archive; null for nil and for what is no index.
   ArchiveObject object(Uid uid) const;

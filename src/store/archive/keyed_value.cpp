@@ -13,10 +13,8 @@ using Uid = KeyedArchive::Uid;
 using plist::Kind;
 
 constexpr int kMostDepth = 128;
-constexpr qsizetype kMostBytes = 64 << 20; // that the values may take, and
-constexpr qsizetype kBytesPerByte = 4;     // so many more for each byte of the archive
 
-Error damaged(const QString& what) {
+Error damagedValue(const QString& what) {
   return Error{Error::Kind::Damaged, what};
 }
 
@@ -24,22 +22,22 @@ Error damaged(const QString& what) {
 class ValueDecoder {
  public:
   explicit ValueDecoder(const KeyedArchive& archive)
-      : m_archive(archive), m_bytesLeft(kMostBytes + kBytesPerByte * archive.size()) {}
+      : m_archive(archive), m_bytesLeft(archive.mostUnfoldedBytes()) {}
 
   Result<Value> decode(Uid uid, int depth) {
     if (const auto known = m_known.constFind(uid); known != m_known.cend()) {
       if (known->isOpen)
-        return damaged(QStringLiteral("an archived object holds itself"));
+        return damagedValue(QStringLiteral("an archived object holds itself"));
       if (!take(known->bytes))
-        return damaged(QStringLiteral("the archive unfolds beyond reason"));
+        return damagedValue(QStringLiteral("the archive unfolds beyond reason"));
       return known->value;
     }
     if (depth > kMostDepth)
-      return damaged(QStringLiteral("the archive is nested beyond reason"));
+      return damagedValue(QStringLiteral("the archive is nested beyond reason"));
     m_known.insert(uid, {});
     const qsizetype before = m_bytesLeft;
     if (!take(qsizetype(sizeof(Value))))
-      return damaged(QStringLiteral("the archive unfolds beyond reason"));
+      return damagedValue(QStringLiteral("the archive unfolds beyond reason"));
     auto value = decodeNew(uid, depth);
     if (value)
       m_known[uid] = {value.value(), before - m_bytesLeft, false};
@@ -64,23 +62,24 @@ class ValueDecoder {
     if (uid == KeyedArchive::kNil)
       return Value();
     if (!m_archive.names(uid))
-      return damaged(QStringLiteral("the archive has no object %1").arg(uid));
+      return damagedValue(QStringLiteral("the archive has no object %1").arg(uid));
     if (m_archive.kind(uid) == Kind::Dictionary)
       return decodeRecord(uid, depth);
     if (m_archive.kind(uid) == Kind::Date) {
       const auto date = dateAt(m_archive, uid);
-      return date ? Result<Value>(Value(*date)) : damaged(QStringLiteral("a date is no number"));
+      return date ? Result<Value>(Value(*date))
+                  : damagedValue(QStringLiteral("a date is no number"));
     }
     if (m_archive.kind(uid) == Kind::Array || m_archive.kind(uid) == Kind::Uid ||
         m_archive.kind(uid) == Kind::Null)
-      return damaged(QStringLiteral("the archive's object %1 is of no known kind").arg(uid));
+      return damagedValue(QStringLiteral("the archive's object %1 is of no known kind").arg(uid));
     return m_archive.list().value(m_archive.ref(uid));
   }
 
   Result<Value> decodeRecord(Uid uid, int depth) {
     const KeyedArchive::ClassRecord* record = m_archive.classOf(uid);
     if (!m_archive.isRecord(uid))
-      return damaged(QStringLiteral("the archive's object %1 has no class").arg(uid));
+      return damagedValue(QStringLiteral("the archive's object %1 has no class").arg(uid));
     if (record->contains(u"NSDictionary"))
       return decodeDictionary(uid, depth);
     if (record->contains(u"NSArray"))
@@ -97,8 +96,8 @@ class ValueDecoder {
       return Value(*flag);
     if (record->contains(u"NSNumber"))
       return decodeNumber(uid);
-    return damaged(QStringLiteral("the archive holds a %1, which has no place here")
-                       .arg(inMessage(record->name)));
+    return damagedValue(QStringLiteral("the archive holds a %1, which has no place here")
+                            .arg(inMessage(record->name)));
   }
 
   Result<Value> decodeNumber(Uid uid) {
@@ -107,13 +106,13 @@ class ValueDecoder {
       return Value(*integer);
     if (const auto real = realAt(m_archive, uid))
       return Value(*real);
-    return damaged(QStringLiteral("a number in the archive is none"));
+    return damagedValue(QStringLiteral("a number in the archive is none"));
   }
 
   Result<Value> decodeArray(Uid uid, int depth) {
     const auto elements = elementsAt(m_archive, uid);
     if (!elements)
-      return damaged(QStringLiteral("an array in the archive is damaged"));
+      return damagedValue(QStringLiteral("an array in the archive is damagedValue"));
     Value::Array array;
     for (const Uid element : *elements) {
       auto value = decode(element, depth + 1);
@@ -127,13 +126,14 @@ class ValueDecoder {
   Result<Value> decodeDictionary(Uid uid, int depth) {
     const auto pairs = pairsAt(m_archive, uid);
     if (!pairs)
-      return damaged(QStringLiteral("a dictionary in the archive is damaged"));
+      return damagedValue(QStringLiteral("a dictionary in the archive is damagedValue"));
     Value::Dictionary dictionary;
     QHash<QString, size_t> places;
     for (const auto& [key, element] : *pairs) {
       auto name = stringAt(m_archive, key);
       if (!name)
-        return damaged(QStringLiteral("a dictionary in the archive has a key that is no text"));
+        return damagedValue(
+            QStringLiteral("a dictionary in the archive has a key that is no text"));
       auto value = decode(element, depth + 1);
       if (!value)
         return value;

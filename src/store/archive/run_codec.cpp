@@ -6,12 +6,12 @@
 namespace tockwise {
 namespace {
 
-constexpr int kMostBytes = 5; // of a number of 32 bits, seven in each
+constexpr int kMostNumberBytes = 5; // of a number of 32 bits, seven in each
 
 // Moves at behind the number; nothing when there is no whole one of 32 bits.
-std::optional<quint32> readNumber(const QByteArray& bytes, qsizetype& at) {
+std::optional<quint32> readPacked(const QByteArray& bytes, qsizetype& at) {
   quint64 number = 0;
-  for (int i = 0; i < kMostBytes && at < bytes.size(); ++i) {
+  for (int i = 0; i < kMostNumberBytes && at < bytes.size(); ++i) {
     const auto byte = quint8(bytes[at++]);
     number |= quint64(byte & 0x7F) << (7 * i);
     if (byte < 0x80)
@@ -21,7 +21,7 @@ std::optional<quint32> readNumber(const QByteArray& bytes, qsizetype& at) {
   return std::nullopt;
 }
 
-void appendNumber(QByteArray& to, quint32 number) {
+void appendPacked(QByteArray& to, quint32 number) {
   for (; number >= 0x80; number >>= 7)
     to += char(0x80 | (number & 0x7F));
   to += char(number);
@@ -33,8 +33,8 @@ RunTable decodeRuns(const QByteArray& bytes) {
   RunTable table;
   qsizetype at = 0;
   while (at < bytes.size()) {
-    const auto length = readNumber(bytes, at);
-    const auto attributes = length ? readNumber(bytes, at) : std::nullopt;
+    const auto length = readPacked(bytes, at);
+    const auto attributes = length ? readPacked(bytes, at) : std::nullopt;
     if (!attributes) {
       table.isCut = true;
       break;
@@ -47,8 +47,8 @@ RunTable decodeRuns(const QByteArray& bytes) {
 QByteArray encodeRuns(const std::vector<RunEntry>& runs) {
   QByteArray bytes;
   for (const RunEntry& run : runs) {
-    appendNumber(bytes, run.length);
-    appendNumber(bytes, run.attributes);
+    appendPacked(bytes, run.length);
+    appendPacked(bytes, run.attributes);
   }
   return bytes;
 }

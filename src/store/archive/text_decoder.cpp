@@ -12,16 +12,12 @@ namespace {
 
 using Uid = KeyedArchive::Uid;
 
-constexpr qsizetype kMostBytes = 64 << 20; // that the runs of a text may take, and
-constexpr qsizetype kBytesPerByte = 4;     // so many more for each byte of the archive
 constexpr size_t kUsualRuns = 1000;
 
 class TextDecoder {
  public:
   explicit TextDecoder(const KeyedArchive& archive)
-      : m_archive(archive),
-        m_attributes(archive),
-        m_bytesLeft(kMostBytes + kBytesPerByte * archive.size()) {}
+      : m_archive(archive), m_attributes(archive), m_bytesLeft(archive.mostUnfoldedBytes()) {}
 
   Result<UnarchivedText> decode();
 
