@@ -2,7 +2,7 @@
 // the test wants it.
 #pragma once
 
-#include "app/password_keeping.h"
+#include "prefs/password_keeping.h"
 #include "store/kept_elsewhere.h"
 #include "store/root_dictionary.h"
 #include "support/fakes.h"
