@@ -1,6 +1,5 @@
 // The order of the start: what the user sees comes at once, what nobody waits for comes when the
 // tray has the item.
-#include "alerts/alert_windows.h"
 #include "app/app_controller.h"
 #include "store/store_file.h"
 #include "support/fake_pasteboard.h"
