@@ -120,7 +120,10 @@ Result<QString> absolutePath(const QString& path) {
 // Calls a method whose first argument is the path of the document that the words name.
 Result<QVariant> callOnDocument(Backend& backend, const QString& method, const Invocation& words,
                                 const QVariantList& more = {}) {
-  const auto path = absolutePath(words.arguments.value(0));
+  const QString file = words.arguments.value(0);
+  if (file.isEmpty())
+    return Error{Error::Kind::Usage, QStringLiteral("FILE is the name of a file")};
+  const auto path = absolutePath(file);
   if (!path)
     return path.error();
   return backend.call(method, QVariantList{*path} + more);
@@ -139,7 +142,7 @@ Printed runAlerts(Backend& backend, const Invocation& words) {
                                    QStringLiteral("hide"),   QStringLiteral("ok-all")};
   bool numeric = true;
   const int position = words.arguments.size() > 1 ? words.arguments[1].toInt(&numeric) : 0;
-  if (!actions.contains(words.arguments[0]) || !numeric || position < 0 ||
+  if (words.json || !actions.contains(words.arguments[0]) || !numeric || position < 0 ||
       (words.arguments.size() > 1 && position < 1)) {
     return Error{
         Error::Kind::Usage,

@@ -82,8 +82,8 @@ int MessagePrompter::ask(const Question& question) {
       makeBox(owner, QStringLiteral("questionBox"), question.title, question.message);
   box->setWindowModality(owner ? Qt::WindowModal : Qt::NonModal); // resets the window's flags
   box->setWindowFlag(Qt::WindowStaysOnTopHint);
-  box->setIcon(QMessageBox::Question);
   const std::vector<QPushButton*> buttons = addButtons(*box, question.buttons);
+  box->setIcon(buttons.size() > 1 ? QMessageBox::Question : QMessageBox::Information);
   const int escape = question.escapeButton < 0 ? int(buttons.size()) - 1 : question.escapeButton;
   box->setDefaultButton(buttonAt(buttons, question.defaultButton));
   box->setEscapeButton(buttonAt(buttons, escape));

@@ -2,6 +2,7 @@
 
 #include "print/print_job.h"
 
+#include <QApplication>
 #include <QTimer>
 
 #include <algorithm>
@@ -108,10 +109,12 @@ void Printing::preview(PrintContents contents) {
 
 void Printing::willShow(QDialog& window) {
   m_window = &window;
-  // Alerts float above other windows. They do not react while this one is open, so they must not
-  // cover it either.
-  const std::vector<AlertEntry> alerts = m_alerts.entries();
-  if (std::any_of(alerts.begin(), alerts.end(), [](const AlertEntry& each) { return each.shown; }))
+  // Alerts and questions float above other windows. They do not react while this one is open, so
+  // they must not cover it either.
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  if (std::any_of(windows.begin(), windows.end(), [](const QWidget* each) {
+        return each->isVisible() && each->windowFlags().testFlag(Qt::WindowStaysOnTopHint);
+      }))
     window.setWindowFlag(Qt::WindowStaysOnTopHint);
 }
 

@@ -256,7 +256,8 @@ class Contract:
                       ["add", "Tea", "Cake", "--in", "1 Hour"],
                       ["list", "more"], ["list", "--nonsense"], ["show"], ["delete"],
                       ["prefs"], ["prefs", "get"], ["prefs", "put", "sortType", "1"],
-                      ["alerts", "nonsense"], ["alerts", "ok", "first"], ["alerts", "ok", "0"]):
+                      ["alerts", "nonsense"], ["alerts", "ok", "first"], ["alerts", "ok", "0"],
+                      ["alerts", "ok", "--json"]):
             self.run_command(*words, status=2)
         self.assertEqual(self.reminders(), [])
 

@@ -240,7 +240,8 @@ class DocumentContract:
     def test_wrong_words_are_refused(self):
         path = self.write_document(reminder("Tea"))
         for words in (["save"], ["save", "a", "b"], ["open"], ["merge"], ["merge", path, "--yes"],
-                      ["open", path, "--no-tasks"], ["save", path, "--json"]):
+                      ["open", path, "--no-tasks"], ["save", path, "--json"], ["save", ""],
+                      ["merge", ""], ["open", "", "--yes"]):
             self.run_command(*words, status=2)
         self.assertEqual(self.reminders(), [])
 

@@ -208,6 +208,27 @@ class QuestionsTest : public QObject {
     QCOMPARE(prompter.ask(deletion()), 1);
   }
 
+  void onlyWhatCanBeAnsweredHasAQuestionMark_data() {
+    QTest::addColumn<QStringList>("buttons");
+    QTest::addColumn<QMessageBox::Icon>("icon");
+    QTest::newRow("question") << QStringList{QStringLiteral("Yes"), QStringLiteral("No")}
+                              << QMessageBox::Question;
+    QTest::newRow("message") << QStringList{QStringLiteral("OK")} << QMessageBox::Information;
+  }
+  void onlyWhatCanBeAnsweredHasAQuestionMark() {
+    QFETCH(const QStringList, buttons);
+    QFETCH(const QMessageBox::Icon, icon);
+    Question question;
+    question.title = QStringLiteral("Cannot Move Item");
+    question.buttons = buttons;
+    MessagePrompter prompter;
+    whenAsked(this, [&](QMessageBox* box) {
+      QCOMPARE(box->icon(), icon);
+      box->reject();
+    });
+    prompter.ask(question);
+  }
+
   void aMessageIsNotWaitedForAndGoesAwayWithItsButton() {
     MessagePrompter prompter;
     prompter.tell(QStringLiteral("The store was damaged"), QStringLiteral("<i>kept</i>"));

@@ -130,6 +130,17 @@ class PrintWindowTest : public PrintWindowFixture {
     QVERIFY(!m_alerts->window(0)->isVisible());
   }
 
+  void anOpenQuestionDoesNotCoverThePreview() {
+    QDialog question; // as questions and error panels are: above the other windows
+    question.setWindowFlag(Qt::WindowStaysOnTopHint);
+    question.show();
+    preview([&] {
+      QVERIFY(question.isVisible());
+      QVERIFY(previewWindow()->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+      press("cancelButton");
+    });
+  }
+
   void theWholeEndsInOrderWhenTheProgramIsQuit() {
     QTimer::singleShot(100, qApp, [] { QCoreApplication::exit(); });
     QTimer::singleShot(0, this, [this] { m_printing->print(); });
