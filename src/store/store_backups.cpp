@@ -64,8 +64,12 @@ Result<QString> StoreBackups::keep(const QByteArray& bytes, Date now) {
 void StoreBackups::removeValues(const std::set<QString>& keys) {
   for (const QString& copy : newestFirst()) {
     const auto bytes = readWholeFile(copy);
-    const QByteArray cleaned = bytes ? withoutValues(*bytes, keys) : QByteArray();
-    if (!bytes || cleaned == *bytes)
+    if (!bytes) { // what it holds stays there
+      logLine(bytes.error().message);
+      continue;
+    }
+    const QByteArray cleaned = withoutValues(*bytes, keys);
+    if (cleaned == *bytes)
       continue;
     if (const auto written = writeAtomically(copy, cleaned); !written)
       logLine(written.error().message);
