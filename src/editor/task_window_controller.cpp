@@ -162,7 +162,7 @@ void TaskWindowController::browse() {
   if (d->panel)
     return;
   const TypeTexts& texts = kTypes[d->ui.taskPopUp->currentIndex()];
-  auto* panel = new QFileDialog(parentWidget(), QStringLiteral("Choose a File \u2013 Tockwise"),
+  auto* panel = new QFileDialog(parentWidget(), QStringLiteral("Choose a File"),
                                 d->folderToBrowse(), QString::fromUtf16(texts.filters));
   d->panel = panel;
   panel->setObjectName(QStringLiteral("browsePanel"));

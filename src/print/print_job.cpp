@@ -153,8 +153,9 @@ Result<void> writeWholeFile(const QString& path, const QByteArray& contents) {
                                            : QStringLiteral("%1 is no ordinary file").arg(path)};
   }
   QSaveFile file(path);
+  // flush(): commit() does not notice when what waits in the buffer finds no room on the disk.
   if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() ||
-      !file.commit()) {
+      !file.flush() || !file.commit()) {
     return Error{Error::Kind::Storage,
                  QStringLiteral("%1 cannot be written: %2").arg(path, file.errorString())};
   }

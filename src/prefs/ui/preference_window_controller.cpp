@@ -282,7 +282,7 @@ void PreferenceWindowController::keyPressEvent(QKeyEvent* event) {
 void PreferenceWindowController::browse() {
   if (m_browsePanel)
     return;
-  auto* panel = new QFileDialog(nullptr, QStringLiteral("Choose a File \u2013 Tockwise"));
+  auto* panel = new QFileDialog(nullptr, QStringLiteral("Choose a File"));
   m_browsePanel = panel;
   panel->setObjectName(QStringLiteral("browsePanel"));
   panel->setAttribute(Qt::WA_DeleteOnClose);

@@ -43,6 +43,7 @@ class PreferenceLayoutTest : public PreferenceTest {
       return static_cast<QFileDialog*>(nullptr);
     };
     QTRY_VERIFY(panel() && panel()->isVisible());
+    QCOMPARE(panel()->windowTitle(), text("Choose a File")); // the program's name is added to it
     QCOMPARE(panel()->directory().path(), text("/etc"));
     window().prefs(); // the menu leads to the panel meanwhile
     QVERIFY(!window().isVisible());

@@ -1,5 +1,7 @@
 // What comes out of the preview: jobs, chosen pages and PDF files.
+#include "print/print_job.h"
 #include "print_window_fixture.h"
+#include "support/file_size_limit.h"
 
 #include <QFile>
 
@@ -131,6 +133,22 @@ class PrintOutputTest : public PrintWindowFixture {
     QVERIFY(*saved);
     QVERIFY(fileAt(PDFPath()).startsWith("%PDF-"));
     QVERIFY(m_holds.isEmpty());
+  }
+
+  void withoutRoomOnTheDiskTheFileStaysAsItWas_data() {
+    QTest::addColumn<int>("size");
+    QTest::newRow("within a buffer") << 1000;
+    QTest::newRow("beyond it") << 100000;
+  }
+  void withoutRoomOnTheDiskTheFileStaysAsItWas() {
+    QFETCH(const int, size);
+    QVERIFY(writeWholeFile(PDFPath(), "before"));
+    const FileSizeLimit limit(500);
+    const auto written = writeWholeFile(PDFPath(), QByteArray(size, 'x'));
+    QVERIFY(!written);
+    QCOMPARE(written.error().kind, Error::Kind::Storage);
+    QCOMPARE(fileAt(PDFPath()), QByteArray("before"));
+    QCOMPARE(QDir(QFileInfo(PDFPath()).path()).entryList({QStringLiteral("out.pdf*")}).size(), 1);
   }
 
   void aPDFFileInTheMakingEndsWithTheProgram() {

@@ -139,6 +139,7 @@ class TaskWindowTest : public QObject {
     QVERIFY(panel());
     QTRY_VERIFY(panel()->isVisible());
     QVERIFY(!m_window->isVisible());
+    QCOMPARE(panel()->windowTitle(), text("Choose a File")); // the program's name is added to it
     QVERIFY(panel()->nameFilters().constFirst().contains(u"*.ogg"));
     QCOMPARE(panel()->nameFilters().constLast(), text("All files (*)"));
     QCOMPARE(panel()->windowModality(), Qt::WindowModal);
