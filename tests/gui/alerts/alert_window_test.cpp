@@ -6,7 +6,6 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
@@ -251,12 +250,13 @@ class AlertWindowTest : public QObject {
     QCOMPARE(bar->value(), 0);
   }
 
-  void anEndlessWordOpensAsFastAsOtherTexts() {
-    QElapsedTimer elapsed;
-    elapsed.start();
-    const OpenAlert alert(alertOf(QString(400'000, u'x')));
-    QVERIFY2(elapsed.elapsed() < 8000, qPrintable(QString::number(elapsed.elapsed())));
+  // Laid out as one word it would run into the suite's time limit.
+  void anEndlessWordOpensAsOtherTexts() {
+    const OpenAlert alert(alertOf(QString(1'000'000, u'x')));
+    QVERIFY(alert.controller.isVisible());
+    QVERIFY(alert.controller.height() <= kScreen.height());
   }
+
   void aTextThatFitsDoesNotScroll_data() {
     QTest::addColumn<QString>("text");
     QTest::newRow("a word") << QStringLiteral("Tea");

@@ -4,7 +4,6 @@
 #include "support/named_child.h"
 #include "support/test_environment.h"
 
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -223,12 +222,9 @@ class TaskReviewTest : public QObject {
     std::vector<DocumentTask> tasks;
     for (qsizetype row = 0; row < 1000; ++row)
       tasks.push_back(task(row, row % 5, text("/a/b/%1").arg(row)));
-    QElapsedTimer timer;
-    timer.start();
     open(tasks);
     press(Qt::Key_A, Qt::ControlModifier);
     press(Qt::Key_Space); // the first is ticked: all lose their ticks
-    QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
     QCOMPARE(m_window->blankedRows().size(), size_t(1000));
   }
 

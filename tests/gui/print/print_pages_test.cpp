@@ -2,7 +2,6 @@
 #include "print_vocabulary.h"
 #include "support/log_lines.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QPalette>
@@ -75,13 +74,11 @@ class PrintPagesTest : public QObject {
     QCOMPARE(found, 30 * 777);
   }
 
+  // As one word for Qt it would run into the suite's time limit.
   void aWordWithoutEndIsLaidOutAllTheSame() {
-    QElapsedTimer spent;
-    spent.start();
-    PrintPages pages(plain({entry(QString(400000, u'x'))}), a4());
+    PrintPages pages(plain({entry(QString(1'000'000, u'x'))}), a4());
     pages.complete();
-    QVERIFY(pages.pageCount() > 50);
-    QVERIFY2(spent.elapsed() < 5000, qPrintable(QString::number(spent.elapsed())));
+    QVERIFY(pages.pageCount() > 125);
   }
 
   void thePlainFormTakesNoRichText() {

@@ -3,7 +3,6 @@
 #include "engine/tick.h"
 #include "support/fakes.h"
 
-#include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -196,22 +195,15 @@ class FireForecastPropertyTest : public QObject {
     QVERIFY(alerts > 500);
   }
 
-  void noRuleIsDear() {
+  // One that goes through its moments one by one without an end runs into the suite's time limit.
+  void theSearchEndsForEveryRule() {
     Rules rules(13);
-    qint64 longest = 0;
-    FireRule dearest;
     for (int i = 0; i < 2000; ++i) {
       const FireRule rule = rules.rule(starts()[0], 40, i % 3 != 0);
-      QElapsedTimer timer;
-      timer.start();
-      (void)nextFiring(rule, starts()[0], Calendar::current());
-      if (timer.nsecsElapsed() > longest) {
-        longest = timer.nsecsElapsed();
-        dearest = rule;
-      }
+      const auto forecast = nextFiring(rule, starts()[0], Calendar::current());
+      QVERIFY2(!forecast || *forecast >= starts()[0],
+               described(rule, starts()[0], forecast, {}).constData());
     }
-    qInfo("the dearest took %.1f ms", double(longest) / 1e6);
-    QVERIFY2(longest < 500'000'000, described(dearest, starts()[0], {}, {}).constData());
   }
 };
 

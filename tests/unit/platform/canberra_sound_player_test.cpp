@@ -3,7 +3,6 @@
 #include "support/test_environment.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 
@@ -85,9 +84,7 @@ class CanberraSoundPlayerTest : public QObject {
     const SilentServer server(path);
     QVERIFY(server.isListening());
     qputenv("PULSE_SERVER", (QStringLiteral("unix:") + path).toUtf8());
-    QElapsedTimer timer;
-    timer.start();
-    {
+    { // whose end would wait for ever, to the suite's time limit
       CanberraSoundPlayer player;
       for (int i = 0; i < 100; ++i)
         player.play(QStringLiteral(TOCKWISE_SOUNDS "/round_pop_click.wav"));
@@ -95,7 +92,6 @@ class CanberraSoundPlayerTest : public QObject {
       QTRY_VERIFY(server.hasVisitor());
       QVERIFY(player.playing() > 0); // it waits for an answer
     }
-    QVERIFY(timer.elapsed() < 5000); // it would be for ever
   }
 
  private:
