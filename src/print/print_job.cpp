@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
 #include <QPainter>
 #include <QPdfWriter>
@@ -43,6 +44,16 @@ Error refusedByPrinter(const QPrinter& printer) {
           QStringLiteral("The printer %1 did not take the job").arg(printer.printerName())};
 }
 
+/// Qt doesn't tell when the file of a job finds no room on the disk.
+bool isWholeFile(const QPrinter& printer) {
+  if (!QFileInfo(printer.outputFileName()).isFile())
+    return true;              // a pipe, or a device: it is not read again
+  constexpr qint64 kEnd = 16; // bytes, of which the end mark and line ends take less
+  QFile file(printer.outputFileName());
+  return file.open(QIODevice::ReadOnly) && file.seek(std::max<qint64>(0, file.size() - kEnd)) &&
+         file.readAll().contains("%%EOF");
+}
+
 void paintScaled(QPainter& painter, const PrintPages& pages, int page, double resolution) {
   painter.save();
   painter.scale(resolution / kPaperResolution, resolution / kPaperResolution);
@@ -70,7 +81,8 @@ Result<PrintOutcome> printPages(const PrintPages& pages, QPrinter& printer,
   const bool ended = painter.end();
   const bool failed =
       printer.printerState() == QPrinter::Error || printer.printerState() == QPrinter::Aborted;
-  if (!ended || failed)
+  const bool isCut = printer.outputFormat() == QPrinter::PdfFormat && !isWholeFile(printer);
+  if (!ended || failed || isCut)
     return refusedByPrinter(printer);
   return PrintOutcome::Printed;
 }

@@ -118,6 +118,20 @@ class PrintOutputTest : public PrintWindowFixture {
     QVERIFY(fileAt(PDFPath()).startsWith("%PDF-"));
   }
 
+  void aJobWithoutRoomOnTheDiskIsTold() {
+    add(QStringLiteral("Tea"));
+    m_answer = [this](QPrinter& printer) {
+      printer.setOutputFormat(QPrinter::PdfFormat);
+      printer.setOutputFileName(PDFPath());
+      return true;
+    };
+    m_prompter.answers = {1};
+    const FileSizeLimit limit(500);
+    preview([] { press("printButton"); });
+    QCOMPARE(m_prompter.asked.size(), size_t(1));
+    QVERIFY(m_prompter.asked[0].message.contains(PDFPath()));
+  }
+
   void aPDFFileIsMadeBesideTheProgram_data() {
     QTest::addColumn<Printing::Document>("document");
     QTest::newRow("queue") << Printing::Document::Queue;
